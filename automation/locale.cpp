@@ -1,0 +1,142 @@
+#include "automation/locale.hpp"
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+namespace celdo::automation {
+
+namespace {
+
+const std::array<std::u16string, 12> kSpanishMonths{
+    u"enero", u"febrero", u"marzo",      u"abril",   u"mayo",      u"junio",
+    u"julio", u"agosto",  u"septiembre", u"octubre", u"noviembre", u"diciembre"};
+const std::array<std::u16string, 12> kSpanishMonthAbbreviations{
+    u"ene", u"feb", u"mar", u"abr", u"may", u"jun", u"jul", u"ago", u"sep", u"oct", u"nov", u"dic"};
+const std::array<std::u16string, 7> kSpanishDays{u"domingo", u"lunes",   u"martes", u"miércoles",
+                                                 u"jueves",  u"viernes", u"sábado"};
+const std::array<std::u16string, 7> kSpanishDayAbbreviations{u"dom", u"lun", u"mar", u"mié",
+                                                             u"jue", u"vie", u"sáb"};
+
+Locale spanish_common() {
+    Locale l;
+    l.true_name = u"Verdadero";
+    l.false_name = u"Falso";
+    l.date_order = DateOrder::DayMonthYear;
+    l.short_date = u"dd/MM/yyyy";
+    l.long_date = u"dddd, d' de 'MMMM' de 'yyyy";
+    l.month_names = kSpanishMonths;
+    l.month_abbreviations = kSpanishMonthAbbreviations;
+    l.day_names = kSpanishDays;
+    l.day_abbreviations = kSpanishDayAbbreviations;
+    return l;
+}
+
+#ifdef _WIN32
+std::u16string locale_text(LCTYPE what, const std::u16string& fallback) {
+    wchar_t buffer[128];
+    int n = GetLocaleInfoW(LOCALE_USER_DEFAULT, what, buffer, 128);
+    if (n <= 1) return fallback;
+    return std::u16string(reinterpret_cast<const char16_t*>(buffer), static_cast<size_t>(n - 1));
+}
+
+int locale_number(LCTYPE what, int fallback) {
+    std::u16string text = locale_text(what, u"");
+    if (text.empty()) return fallback;
+    int value = 0;
+    for (char16_t c : text) {
+        if (c < u'0' || c > u'9') return fallback;
+        value = value * 10 + (c - u'0');
+    }
+    return value;
+}
+
+Locale user_locale() {
+    Locale l;
+    const std::u16string language = locale_text(LOCALE_SISO639LANGNAME, u"en");
+    if (language == u"es") l = spanish_common();
+    l.name = language + u"-" + locale_text(LOCALE_SISO3166CTRYNAME, u"US");
+    l.decimal = locale_text(LOCALE_SDECIMAL, l.decimal);
+    l.thousands = locale_text(LOCALE_STHOUSAND, l.thousands);
+    l.currency = locale_text(LOCALE_SCURRENCY, l.currency);
+    l.currency_positive_format = locale_number(LOCALE_ICURRENCY, l.currency_positive_format);
+    l.currency_negative_format = locale_number(LOCALE_INEGCURR, l.currency_negative_format);
+    l.currency_digits = locale_number(LOCALE_ICURRDIGITS, l.currency_digits);
+    switch (locale_number(LOCALE_IDATE, 0)) {
+    case 1: l.date_order = DateOrder::DayMonthYear; break;
+    case 2: l.date_order = DateOrder::YearMonthDay; break;
+    default: l.date_order = DateOrder::MonthDayYear; break;
+    }
+    l.date_separator = locale_text(LOCALE_SDATE, l.date_separator);
+    l.time_separator = locale_text(LOCALE_STIME, l.time_separator);
+    l.short_date = locale_text(LOCALE_SSHORTDATE, l.short_date);
+    l.long_date = locale_text(LOCALE_SLONGDATE, l.long_date);
+    l.long_time = locale_text(LOCALE_STIMEFORMAT, l.long_time);
+    l.short_time = locale_text(LOCALE_SSHORTTIME, l.short_time);
+    l.am = locale_text(LOCALE_S1159, u"");
+    l.pm = locale_text(LOCALE_S2359, u"");
+    for (int m = 0; m < 12; ++m) {
+        l.month_names[m] = locale_text(LOCALE_SMONTHNAME1 + m, l.month_names[m]);
+        l.month_abbreviations[m] = locale_text(LOCALE_SABBREVMONTHNAME1 + m, l.month_abbreviations[m]);
+    }
+    // The platform lists weekdays from Monday; the language counts them from Sunday.
+    for (int d = 0; d < 7; ++d) {
+        const int platform = (d + 6) % 7;
+        l.day_names[d] = locale_text(LOCALE_SDAYNAME1 + platform, l.day_names[d]);
+        l.day_abbreviations[d] = locale_text(LOCALE_SABBREVDAYNAME1 + platform, l.day_abbreviations[d]);
+    }
+    return l;
+}
+#endif
+
+Locale& current_locale() {
+#ifdef _WIN32
+    static Locale current = user_locale();
+#else
+    static Locale current = Locale::english_united_states();
+#endif
+    return current;
+}
+
+}  // namespace
+
+Locale Locale::english_united_states() { return Locale{}; }
+
+Locale Locale::spanish_spain() {
+    Locale l = spanish_common();
+    l.name = u"es-ES";
+    l.decimal = u",";
+    l.thousands = u".";
+    l.currency = u"€";
+    l.currency_positive_format = 3;   // "1,00 €"
+    l.currency_negative_format = 8;   // "-1,00 €"
+    l.long_time = u"H:mm:ss";
+    l.short_time = u"H:mm";
+    l.am = u"";
+    l.pm = u"";
+    return l;
+}
+
+Locale Locale::spanish_mexico() {
+    Locale l = spanish_common();
+    l.name = u"es-MX";
+    l.currency = u"$";
+    l.currency_negative_format = 1;   // "-$1.00"
+    l.long_time = u"hh:mm:ss tt";
+    l.short_time = u"hh:mm tt";
+    l.am = u"a.m.";
+    l.pm = u"p.m.";
+    return l;
+}
+
+const Locale& Locale::current() { return current_locale(); }
+
+void Locale::set_current(Locale locale) { current_locale() = std::move(locale); }
+
+LocaleScope::LocaleScope(Locale locale) : saved_(Locale::current()) {
+    Locale::set_current(std::move(locale));
+}
+
+LocaleScope::~LocaleScope() { Locale::set_current(std::move(saved_)); }
+
+}  // namespace celdo::automation

@@ -1,0 +1,98 @@
+#pragma once
+// Counted objects and the late-bound interface: everything a host can hand the library (its
+// controls, its data-access object) and everything the library hands out is an Object.
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace celdo::automation {
+
+class Variant;
+struct Argument;
+
+// Kinds of a late-bound call; the values are those of IDispatch so they cross unchanged.
+enum Call : uint16_t {
+    kMethod = 1,
+    kGet = 2,
+    kLet = 4,
+    kSet = 8,
+};
+
+// Member ids with a meaning of their own.
+inline constexpr int32_t kDefaultMember = 0;
+inline constexpr int32_t kNewEnumMember = -4;
+
+// Reference counts are plain integers: objects live in one apartment and are only ever
+// touched from the thread that created them.
+class Object {
+public:
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    void add_ref() const noexcept { ++refs_; }
+    void release() const noexcept {
+        if (--refs_ == 0) delete this;
+    }
+    uint32_t ref_count() const noexcept { return refs_; }
+
+    // What TypeName reports for the object.
+    virtual std::u16string type_name() const = 0;
+    // Resolves a member name once, as GetIDsOfNames does; names compare case-insensitively.
+    virtual std::optional<int32_t> member_id(std::u16string_view name) = 0;
+    // Calls a member. Arguments come in source order; a by-reference argument may be changed
+    // and the caller copies it back. Failures throw AutomationError.
+    virtual Variant invoke(int32_t member, uint16_t call, std::span<Argument> args) = 0;
+
+protected:
+    Object() = default;
+    virtual ~Object() = default;
+
+private:
+    mutable uint32_t refs_ = 0;
+};
+
+// An owning reference to a counted object; null stands for Nothing.
+template <class T>
+class Ref {
+public:
+    Ref() noexcept = default;
+    Ref(std::nullptr_t) noexcept {}
+    explicit Ref(T* p) noexcept : p_(p) {
+        if (p_) p_->add_ref();
+    }
+    Ref(const Ref& other) noexcept : Ref(other.p_) {}
+    Ref(Ref&& other) noexcept : p_(std::exchange(other.p_, nullptr)) {}
+    template <class U>
+    Ref(const Ref<U>& other) noexcept : Ref(static_cast<T*>(other.get())) {}
+    template <class U>
+    Ref(Ref<U>&& other) noexcept : p_(other.detach()) {}
+    ~Ref() {
+        if (p_) p_->release();
+    }
+    Ref& operator=(Ref other) noexcept {
+        std::swap(p_, other.p_);
+        return *this;
+    }
+
+    T* get() const noexcept { return p_; }
+    T* operator->() const noexcept { return p_; }
+    T& operator*() const noexcept { return *p_; }
+    explicit operator bool() const noexcept { return p_ != nullptr; }
+    T* detach() noexcept { return std::exchange(p_, nullptr); }
+
+    friend bool operator==(const Ref& a, const Ref& b) noexcept { return a.p_ == b.p_; }
+
+private:
+    T* p_ = nullptr;
+};
+
+template <class T, class... Args>
+Ref<T> make_ref(Args&&... args) {
+    return Ref<T>(new T(std::forward<Args>(args)...));
+}
+
+}  // namespace celdo::automation

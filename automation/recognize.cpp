@@ -1,0 +1,560 @@
+#include "automation/recognize.hpp"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <ctime>
+#include <vector>
+
+#include "automation/textops.hpp"
+
+namespace celdo::automation {
+
+// ------------------------------------------------------------------------------- numbers
+
+namespace {
+
+bool is_blank_char(char16_t c) {
+    return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n' || c == u'\v' || c == u'\f' ||
+           c == 0xA0;
+}
+
+bool starts_with(std::u16string_view text, size_t at, std::u16string_view what) {
+    return !what.empty() && text.substr(at, what.size()) == what;
+}
+
+int hex_value(char16_t c) {
+    if (c >= u'0' && c <= u'9') return c - u'0';
+    if (c >= u'a' && c <= u'f') return c - u'a' + 10;
+    if (c >= u'A' && c <= u'F') return c - u'A' + 10;
+    return -1;
+}
+
+}  // namespace
+
+double NumberText::to_double() const {
+    if (radix) return static_cast<double>(bits);
+    if (digits.empty()) return negative ? -0.0 : 0.0;
+    std::string s = digits + "e" + std::to_string(exponent);
+    double value = 0;
+    auto [ptr, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
+    if (ec == std::errc::result_out_of_range) {
+        // Underflow reads as zero, overflow as infinity, which callers refuse.
+        value = exponent < 0 ? 0.0 : HUGE_VAL;
+    }
+    return negative ? -value : value;
+}
+
+std::optional<Currency> NumberText::to_currency() const {
+    if (radix) return Currency{static_cast<int64_t>(bits) * Currency::kScale};
+    if (digits.empty()) return Currency{0};
+    // value x 10^4 = digits x 10^(exponent + 4); split into an integer and the dropped tail.
+    const int shift = exponent + 4;
+    std::string whole = digits;
+    std::string dropped;
+    if (shift >= 0) {
+        whole.append(static_cast<size_t>(shift), '0');
+    } else {
+        size_t cut = static_cast<size_t>(-shift);
+        if (cut >= whole.size()) {
+            dropped = std::string(cut - whole.size(), '0') + whole;
+            whole.clear();
+        } else {
+            dropped = whole.substr(whole.size() - cut);
+            whole.resize(whole.size() - cut);
+        }
+    }
+    // Nineteen digits always fit in 64 unsigned bits; the sign's range is checked after.
+    if (whole.size() > 19) return std::nullopt;
+    uint64_t magnitude = 0;
+    for (char c : whole) magnitude = magnitude * 10 + static_cast<unsigned>(c - '0');
+    if (!dropped.empty()) {
+        // Half to even on the first dropped digit and whether anything follows it.
+        bool above_half = dropped[0] > '5' ||
+                          (dropped[0] == '5' && dropped.find_first_not_of('0', 1) != std::string::npos);
+        bool exactly_half = dropped[0] == '5' && !above_half;
+        if (above_half || (exactly_half && (magnitude & 1))) ++magnitude;
+    }
+    const uint64_t limit = negative ? uint64_t{1} << 63 : (uint64_t{1} << 63) - 1;
+    if (magnitude > limit) return std::nullopt;
+    const int64_t scaled = negative ? static_cast<int64_t>(0 - magnitude) : static_cast<int64_t>(magnitude);
+    return Currency{scaled};
+}
+
+std::optional<NumberText> parse_number(std::u16string_view text, const Locale& locale) {
+    NumberText n;
+    size_t i = 0;
+    const size_t end = text.size();
+    auto skip_blanks = [&] {
+        while (i < end && is_blank_char(text[i])) ++i;
+    };
+    bool sign_seen = false, paren = false, currency_seen = false;
+
+    skip_blanks();
+    for (;;) {
+        if (i < end && (text[i] == u'+' || text[i] == u'-') && !sign_seen) {
+            sign_seen = true;
+            n.negative = text[i] == u'-';
+            ++i;
+        } else if (i < end && text[i] == u'(' && !paren) {
+            paren = true;
+            ++i;
+        } else if (!currency_seen && starts_with(text, i, locale.currency)) {
+            currency_seen = true;
+            i += locale.currency.size();
+        } else {
+            break;
+        }
+        skip_blanks();
+    }
+
+    if (i + 1 < end && text[i] == u'&' && !sign_seen && !paren) {
+        const char16_t kind = text[i + 1];
+        const int base = (kind == u'H' || kind == u'h') ? 16 : (kind == u'O' || kind == u'o') ? 8 : 0;
+        if (!base) return std::nullopt;
+        i += 2;
+        size_t start = i;
+        uint64_t bits = 0;
+        while (i < end) {
+            int d = hex_value(text[i]);
+            if (d < 0 || d >= base) break;
+            bits = bits * static_cast<unsigned>(base) + static_cast<unsigned>(d);
+            if (bits > 0xFFFFFFFFu) return std::nullopt;
+            ++i;
+        }
+        if (i == start) return std::nullopt;
+        skip_blanks();
+        if (i != end) return std::nullopt;
+        n.radix = true;
+        n.bits = bits;
+        return n;
+    }
+
+    bool any_digit = false;
+    bool in_fraction = false;
+    int fraction_digits = 0;
+    std::string digits;
+    while (i < end) {
+        char16_t c = text[i];
+        if (c >= u'0' && c <= u'9') {
+            any_digit = true;
+            if (!(digits.empty() && c == u'0')) digits.push_back(static_cast<char>(c));
+            if (in_fraction) ++fraction_digits;
+            ++i;
+        } else if (!in_fraction && starts_with(text, i, locale.decimal)) {
+            in_fraction = true;
+            i += locale.decimal.size();
+        } else if (!in_fraction && any_digit && starts_with(text, i, locale.thousands)) {
+            i += locale.thousands.size();
+        } else {
+            break;
+        }
+    }
+    if (!any_digit) return std::nullopt;
+
+    int exponent = -fraction_digits;
+    if (i < end && (text[i] == u'e' || text[i] == u'E')) {
+        ++i;
+        bool negative_exponent = false;
+        if (i < end && (text[i] == u'+' || text[i] == u'-')) {
+            negative_exponent = text[i] == u'-';
+            ++i;
+        }
+        size_t start = i;
+        int value = 0;
+        while (i < end && text[i] >= u'0' && text[i] <= u'9') {
+            if (value < 100000) value = value * 10 + (text[i] - u'0');
+            ++i;
+        }
+        if (i == start) return std::nullopt;
+        exponent += negative_exponent ? -value : value;
+    }
+
+    skip_blanks();
+    for (;;) {
+        if (i < end && (text[i] == u'+' || text[i] == u'-') && !sign_seen) {
+            sign_seen = true;
+            n.negative = text[i] == u'-';
+            ++i;
+        } else if (i < end && text[i] == u')' && paren) {
+            paren = false;
+            n.negative = true;
+            ++i;
+            if (sign_seen) return std::nullopt;
+            sign_seen = true;
+        } else if (!currency_seen && starts_with(text, i, locale.currency)) {
+            currency_seen = true;
+            i += locale.currency.size();
+        } else {
+            break;
+        }
+        skip_blanks();
+    }
+    if (i != end || paren) return std::nullopt;
+
+    // Keep only significant digits: trailing zeros move into the exponent.
+    while (!digits.empty() && digits.back() == '0') {
+        digits.pop_back();
+        ++exponent;
+    }
+    n.digits = std::move(digits);
+    n.exponent = n.digits.empty() ? 0 : exponent;
+    return n;
+}
+
+// --------------------------------------------------------------------------------- dates
+
+namespace {
+
+// 1899-12-30, the day serial 0 stands for, counted from 1970-01-01.
+constexpr int64_t kEpochShift = -25569;
+
+int64_t days_from_civil(int64_t y, unsigned m, unsigned d) {
+    y -= m <= 2;
+    const int64_t era = (y >= 0 ? y : y - 399) / 400;
+    const unsigned yoe = static_cast<unsigned>(y - era * 400);
+    const unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
+    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
+    return era * 146097 + static_cast<int64_t>(doe) - 719468;
+}
+
+void civil_from_days(int64_t z, int& y, int& m, int& d) {
+    z += 719468;
+    const int64_t era = (z >= 0 ? z : z - 146096) / 146097;
+    const unsigned doe = static_cast<unsigned>(z - era * 146097);
+    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+    const int64_t yy = static_cast<int64_t>(yoe) + era * 400;
+    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+    const unsigned mp = (5 * doy + 2) / 153;
+    d = static_cast<int>(doy - (153 * mp + 2) / 5 + 1);
+    m = static_cast<int>(mp < 10 ? mp + 3 : mp - 9);
+    y = static_cast<int>(yy + (m <= 2));
+}
+
+bool leap(int y) { return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0; }
+
+int days_in_month(int y, int m) {
+    static constexpr std::array<int, 12> kDays{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return m == 2 && leap(y) ? 29 : kDays[static_cast<size_t>(m - 1)];
+}
+
+int current_year() {
+    std::time_t now = std::time(nullptr);
+    std::tm parts{};
+#ifdef _WIN32
+    localtime_s(&parts, &now);
+#else
+    localtime_r(&now, &parts);
+#endif
+    return parts.tm_year + 1900;
+}
+
+// Two-digit years, as the platform's default window reads them (up to 2029).
+int expand_year(int value, size_t written_digits) {
+    if (written_digits <= 2) return value < 30 ? 2000 + value : 1900 + value;
+    return value;
+}
+
+struct Token {
+    enum Kind { Number, Month, Meridiem, TimeSep, DateSep, Other } kind;
+    int value = 0;       // number value, month 1-12, or 0/12 for AM/PM
+    size_t length = 0;   // digits written
+};
+
+const std::array<std::u16string_view, 12> kEnglishMonths{
+    u"january", u"february", u"march",     u"april",   u"may",      u"june",
+    u"july",    u"august",   u"september", u"october", u"november", u"december"};
+const std::array<std::u16string_view, 12> kSpanishMonths{
+    u"enero", u"febrero", u"marzo",      u"abril",   u"mayo",      u"junio",
+    u"julio", u"agosto",  u"septiembre", u"octubre", u"noviembre", u"diciembre"};
+const std::array<std::u16string_view, 14> kEnglishAndSpanishDays{
+    u"sunday", u"monday", u"tuesday", u"wednesday", u"thursday", u"friday", u"saturday",
+    u"domingo", u"lunes", u"martes", u"miércoles", u"jueves", u"viernes", u"sábado"};
+
+// A month word: the full name, or an abbreviation of at least three letters of it.
+int month_of(std::u16string_view word, const Locale& locale) {
+    auto matches = [&](std::u16string_view name) {
+        return word.size() >= 3 && word.size() <= name.size() && name.substr(0, word.size()) == word;
+    };
+    for (int m = 0; m < 12; ++m) {
+        if (matches(kEnglishMonths[m]) || matches(kSpanishMonths[m]) ||
+            matches(lower_case(locale.month_names[m])) ||
+            word == lower_case(locale.month_abbreviations[m]))
+            return m + 1;
+    }
+    if (word == u"sept" || word == u"set") return 9;
+    return 0;
+}
+
+bool is_day_name(std::u16string_view word, const Locale& locale) {
+    auto matches = [&](std::u16string_view name) {
+        return word.size() >= 3 && word.size() <= name.size() && name.substr(0, word.size()) == word;
+    };
+    for (auto d : kEnglishAndSpanishDays) {
+        if (matches(d)) return true;
+    }
+    for (int d = 0; d < 7; ++d) {
+        if (matches(lower_case(locale.day_names[d]))) return true;
+    }
+    return false;
+}
+
+// -1 when not a meridiem word, else 0 for AM and 12 for PM.
+int meridiem_of(std::u16string_view word, const Locale& locale) {
+    std::u16string bare;
+    for (char16_t c : word) {
+        if (c != u'.' && c != u' ') bare.push_back(c);
+    }
+    auto bare_of = [](const std::u16string& s) {
+        std::u16string b;
+        for (char16_t c : lower_case(s)) {
+            if (c != u'.' && c != u' ') b.push_back(c);
+        }
+        return b;
+    };
+    if (bare == u"am" || bare == u"a" || (!locale.am.empty() && bare == bare_of(locale.am))) return 0;
+    if (bare == u"pm" || bare == u"p" || (!locale.pm.empty() && bare == bare_of(locale.pm))) return 12;
+    return -1;
+}
+
+bool is_letter(char16_t c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c != 0xD7 && c != 0xF7);
+}
+
+std::optional<std::vector<Token>> tokenize(std::u16string_view text, const Locale& locale) {
+    std::vector<Token> tokens;
+    size_t i = 0;
+    while (i < text.size()) {
+        char16_t c = text[i];
+        if (c >= u'0' && c <= u'9') {
+            size_t start = i;
+            int64_t value = 0;
+            while (i < text.size() && text[i] >= u'0' && text[i] <= u'9') {
+                value = value * 10 + (text[i] - u'0');
+                if (value > 99999) return std::nullopt;
+                ++i;
+            }
+            tokens.push_back({Token::Number, static_cast<int>(value), i - start});
+        } else if (is_letter(c)) {
+            size_t start = i;
+            // "a.m." and "p. m." are one word.
+            while (i < text.size() && (is_letter(text[i]) || text[i] == u'.' ||
+                                       (text[i] == u' ' && i + 1 < text.size() &&
+                                        (text[i + 1] == u'm' || text[i + 1] == u'M') &&
+                                        i > start && text[i - 1] == u'.'))) {
+                ++i;
+            }
+            std::u16string word = lower_case(text.substr(start, i - start));
+            int mer = meridiem_of(word, locale);
+            if (mer >= 0) {
+                tokens.push_back({Token::Meridiem, mer, 0});
+                continue;
+            }
+            while (!word.empty() && word.back() == u'.') word.pop_back();
+            if (int m = month_of(word, locale)) {
+                tokens.push_back({Token::Month, m, 0});
+            } else if (word == u"t" || word == u"de" || word == u"del" || is_day_name(word, locale)) {
+                // ISO's date-time separator, Spanish "5 de octubre de 2021", a weekday name.
+                tokens.push_back({Token::Other, 0, 0});
+            } else {
+                return std::nullopt;
+            }
+        } else if (c == u':' || starts_with(text, i, locale.time_separator)) {
+            tokens.push_back({Token::TimeSep, 0, 0});
+            i += c == u':' ? 1 : locale.time_separator.size();
+        } else if (c == u'/' || c == u'-' || c == u'.' || starts_with(text, i, locale.date_separator)) {
+            tokens.push_back({Token::DateSep, 0, 0});
+            i += (c == u'/' || c == u'-' || c == u'.') ? 1 : locale.date_separator.size();
+        } else if (c == u',' || is_blank_char(c)) {
+            tokens.push_back({Token::Other, 0, 0});
+            ++i;
+        } else {
+            return std::nullopt;
+        }
+    }
+    return tokens;
+}
+
+struct Ymd {
+    int y, m, d;
+};
+
+bool valid(const Ymd& v) {
+    return v.y >= 100 && v.y <= 9999 && v.m >= 1 && v.m <= 12 && v.d >= 1 &&
+           v.d <= days_in_month(v.y, v.m);
+}
+
+}  // namespace
+
+std::optional<Date> make_date(int year, int month, int day, int hour, int minute, double second) {
+    if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1 ||
+        day > days_in_month(year, month))
+        return std::nullopt;
+    const int64_t days = days_from_civil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) - kEpochShift;
+    const double fraction = (hour * 3600.0 + minute * 60.0 + second) / 86400.0;
+    const double serial = days >= 0 ? static_cast<double>(days) + fraction : static_cast<double>(days) - fraction;
+    return Date{serial};
+}
+
+DateParts split_date(Date value) {
+    double whole = std::trunc(value.serial);
+    double fraction = std::fabs(value.serial - whole);
+    int64_t days = static_cast<int64_t>(whole);
+    int64_t seconds = std::llround(fraction * 86400.0);
+    if (seconds >= 86400) {
+        seconds -= 86400;
+        days += value.serial < 0 ? -1 : 1;
+    }
+    DateParts p{};
+    civil_from_days(days + kEpochShift, p.year, p.month, p.day);
+    p.hour = static_cast<int>(seconds / 3600);
+    p.minute = static_cast<int>(seconds / 60 % 60);
+    p.second = static_cast<int>(seconds % 60);
+    p.weekday = static_cast<int>(((days % 7) + 7 + 6) % 7) + 1;
+    p.day_of_year = static_cast<int>(days - (days_from_civil(p.year, 1, 1) - kEpochShift)) + 1;
+    return p;
+}
+
+std::optional<Date> parse_date(std::u16string_view text, const Locale& locale) {
+    auto tokens = tokenize(text, locale);
+    if (!tokens) return std::nullopt;
+
+    // The time: numbers joined by time separators, with a meridiem anywhere after them, or
+    // a lone number followed by a meridiem ("9 PM").
+    int hour = 0, minute = 0, second = 0, meridiem = -1;
+    bool has_time = false;
+    std::vector<Token> date_tokens;
+    const auto& t = *tokens;
+    for (size_t i = 0; i < t.size(); ++i) {
+        if (t[i].kind == Token::Number && i + 2 < t.size() && t[i + 1].kind == Token::TimeSep &&
+            t[i + 2].kind == Token::Number) {
+            if (has_time) return std::nullopt;
+            has_time = true;
+            hour = t[i].value;
+            minute = t[i + 2].value;
+            i += 2;
+            if (i + 2 < t.size() && t[i + 1].kind == Token::TimeSep && t[i + 2].kind == Token::Number) {
+                second = t[i + 2].value;
+                i += 2;
+            }
+        } else if (t[i].kind == Token::Number && !has_time) {
+            size_t j = i + 1;
+            while (j < t.size() && t[j].kind == Token::Other) ++j;
+            if (j < t.size() && t[j].kind == Token::Meridiem) {
+                has_time = true;
+                hour = t[i].value;
+                meridiem = t[j].value;
+                i = j;
+                continue;
+            }
+            date_tokens.push_back(t[i]);
+        } else if (t[i].kind == Token::Meridiem) {
+            if (!has_time || meridiem >= 0) return std::nullopt;
+            meridiem = t[i].value;
+        } else if (t[i].kind == Token::TimeSep) {
+            return std::nullopt;
+        } else if (t[i].kind != Token::Other) {
+            date_tokens.push_back(t[i]);
+        }
+    }
+    if (has_time) {
+        if (meridiem >= 0) {
+            if (hour < 1 || hour > 12) return std::nullopt;
+            hour = hour % 12 + meridiem;
+        }
+        if (hour > 23 || minute > 59 || second > 59) return std::nullopt;
+    }
+
+    std::vector<Token> numbers;
+    int month_word = 0;
+    bool month_first = false;
+    for (const Token& tok : date_tokens) {
+        if (tok.kind == Token::Number) {
+            numbers.push_back(tok);
+        } else if (tok.kind == Token::Month) {
+            if (month_word) return std::nullopt;
+            month_word = tok.value;
+            month_first = numbers.empty();
+        }
+    }
+
+    auto year_like = [](const Token& n) { return n.length >= 3 || n.value > 31; };
+    std::optional<Ymd> ymd;
+    if (month_word) {
+        if (numbers.size() == 2) {
+            const Token& a = numbers[0];
+            const Token& b = numbers[1];
+            if (year_like(a) && !year_like(b)) ymd = Ymd{expand_year(a.value, a.length), month_word, b.value};
+            else ymd = Ymd{expand_year(b.value, b.length), month_word, a.value};
+            (void)month_first;
+        } else if (numbers.size() == 1) {
+            const Token& a = numbers[0];
+            if (year_like(a)) ymd = Ymd{expand_year(a.value, a.length), month_word, 1};
+            else ymd = Ymd{current_year(), month_word, a.value};
+        } else {
+            return std::nullopt;
+        }
+        if (!valid(*ymd)) return std::nullopt;
+    } else if (numbers.size() == 3) {
+        const Token& a = numbers[0];
+        const Token& b = numbers[1];
+        const Token& c = numbers[2];
+        std::vector<Ymd> candidates;
+        if (year_like(a)) {
+            candidates.push_back({expand_year(a.value, a.length), b.value, c.value});
+            candidates.push_back({expand_year(a.value, a.length), c.value, b.value});
+        } else {
+            const int year = expand_year(c.value, c.length);
+            switch (locale.date_order) {
+            case DateOrder::DayMonthYear:
+                candidates.push_back({year, b.value, a.value});
+                candidates.push_back({year, a.value, b.value});
+                break;
+            case DateOrder::YearMonthDay:
+                candidates.push_back({expand_year(a.value, a.length), b.value, c.value});
+                [[fallthrough]];
+            case DateOrder::MonthDayYear:
+                candidates.push_back({year, a.value, b.value});
+                candidates.push_back({year, b.value, a.value});
+                break;
+            }
+        }
+        for (const Ymd& c2 : candidates) {
+            if (valid(c2)) {
+                ymd = c2;
+                break;
+            }
+        }
+        if (!ymd) return std::nullopt;
+    } else if (numbers.size() == 2) {
+        const Token& a = numbers[0];
+        const Token& b = numbers[1];
+        std::vector<Ymd> candidates;
+        if (year_like(a)) candidates.push_back({expand_year(a.value, a.length), b.value, 1});
+        else if (year_like(b)) candidates.push_back({expand_year(b.value, b.length), a.value, 1});
+        else if (locale.date_order == DateOrder::DayMonthYear) {
+            candidates.push_back({current_year(), b.value, a.value});
+            candidates.push_back({current_year(), a.value, b.value});
+        } else {
+            candidates.push_back({current_year(), a.value, b.value});
+            candidates.push_back({current_year(), b.value, a.value});
+        }
+        for (const Ymd& c2 : candidates) {
+            if (valid(c2)) {
+                ymd = c2;
+                break;
+            }
+        }
+        if (!ymd) return std::nullopt;
+    } else if (!numbers.empty() || !has_time) {
+        return std::nullopt;
+    }
+
+    if (!ymd) {
+        // A time alone sits on day zero.
+        return Date{(hour * 3600.0 + minute * 60.0 + second) / 86400.0};
+    }
+    return make_date(ymd->y, ymd->m, ymd->d, hour, minute, second);
+}
+
+}  // namespace celdo::automation

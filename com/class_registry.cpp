@@ -1,0 +1,58 @@
+#include "com/class_registry.hpp"
+
+#include <atomic>
+
+#include "automation/error.hpp"
+#include "com/dual_object.hpp"
+#include "com/private_iids.hpp"
+
+namespace celdo::com {
+
+// {132753A1-BA7C-4C58-A5C2-EEB8AFE7D29A}
+const IID IID_ICeldoCore = {0x132753a1, 0xba7c, 0x4c58, {0xa5, 0xc2, 0xee, 0xb8, 0xaf, 0xe7, 0xd2, 0x9a}};
+
+namespace {
+std::atomic<long> g_objects{0};
+std::atomic<long> g_locks{0};
+HMODULE g_module = nullptr;
+}  // namespace
+
+const ComClass* find_class(REFCLSID clsid) {
+    for (const ComClass& c : classes()) {
+        if (*c.clsid == clsid) return &c;
+    }
+    return nullptr;
+}
+
+const ComClass* find_class(const automation::ClassInfo& info) {
+    for (const ComClass& c : classes()) {
+        if (&c.info() == &info) return &c;
+    }
+    return nullptr;
+}
+
+IUnknown* com_object_for(automation::Component& core) {
+    if (auto* existing = dynamic_cast<DualObjectBase*>(core.peer())) {
+        IUnknown* u = existing->identity();
+        u->AddRef();
+        return u;
+    }
+    const ComClass* cls = find_class(core.class_info());
+    if (!cls) throw automation::AutomationError(automation::StdError::TypeMismatch);
+    IUnknown* u = cls->make(automation::Ref<automation::Component>(&core));
+    u->AddRef();
+    return u;
+}
+
+void object_created() noexcept { ++g_objects; }
+void object_destroyed() noexcept { --g_objects; }
+void lock_module(bool lock) noexcept {
+    if (lock) ++g_locks;
+    else --g_locks;
+}
+bool module_in_use() noexcept { return g_objects > 0 || g_locks > 0; }
+
+HMODULE module_handle() noexcept { return g_module; }
+void set_module_handle(HMODULE module) noexcept { g_module = module; }
+
+}  // namespace celdo::com
