@@ -47,10 +47,11 @@ void coerce(Variant& value, ParamType type, const ClassInfo& (*cls)()) {
         return;
     case ParamType::Object:
     case ParamType::Unknown:
-        if (!value.is_object()) throw AutomationError(StdError::TypeMismatch);
-        return;
     case ParamType::Class:
-        if (!is_instance(value, cls())) throw AutomationError(StdError::TypeMismatch);
+        // JScript has no Nothing: its null stands for it.
+        if (value.is_null()) value = Variant::nothing();
+        if (!value.is_object()) throw AutomationError(StdError::TypeMismatch);
+        if (type == ParamType::Class && !is_instance(value, cls())) throw AutomationError(StdError::TypeMismatch);
         return;
     default:
         value = change_type(value, var_type_of(type));
@@ -63,7 +64,7 @@ void coerce(Variant& value, ParamType type, const ClassInfo& (*cls)()) {
 // functions as properties.
 uint16_t choose_accessor(const MemberInfo& m, uint16_t call, const Variant* assigned) {
     if (call & (kLet | kSet)) {
-        bool object = assigned && assigned->is_object();
+        bool object = assigned && (assigned->is_object() || assigned->is_null());
         if ((call & kSet) && (m.calls & kSet) && object) return kSet;
         if ((call & kLet) && (m.calls & kLet)) return kLet;
         if ((call & kSet) && (m.calls & kSet)) return kSet;
@@ -91,7 +92,7 @@ Variant apply_index(const Variant& value, std::span<Argument> args) {
         for (size_t i = 0; i < args.size(); ++i) index[i] = change_type(args[i].value, VarType::Long).as_long();
         return args.size() == 1 ? a.at(index[0]) : a.at(index[0], index[1]);
     }
-    throw AutomationError(StdError::WrongArgumentCount);
+    throw BindError(StdError::WrongArgumentCount);
 }
 
 }  // namespace
@@ -150,16 +151,16 @@ bool is_instance(const Variant& value, const ClassInfo& cls) noexcept {
 Variant invoke_member(Component& self, const MemberInfo& m, uint16_t call,
                       std::span<Argument> args) {
     const bool assigning = (call & (kLet | kSet)) != 0;
-    if (assigning && args.empty()) throw AutomationError(StdError::WrongArgumentCount);
+    if (assigning && args.empty()) throw BindError(StdError::WrongArgumentCount);
     const uint16_t chosen = choose_accessor(m, call, assigning ? &args.back().value : nullptr);
-    if (!chosen) throw AutomationError(StdError::MemberNotFound);
+    if (!chosen) throw BindError(StdError::MemberNotFound);
 
     std::span<Argument> given = assigning ? args.first(args.size() - 1) : args;
     if (given.size() > m.params.size()) {
         if (chosen == kGet && m.params.empty()) {
             return apply_index(m.thunk(self, kGet, {}), given);
         }
-        throw AutomationError(StdError::WrongArgumentCount);
+        throw BindError(StdError::WrongArgumentCount);
     }
 
     const size_t count = m.params.size() + (assigning ? 1 : 0);
@@ -178,7 +179,7 @@ Variant invoke_member(Component& self, const MemberInfo& m, uint16_t call,
         Argument& b = bound[i];
         b.by_ref = p.by_ref;
         if (i >= given.size() || given[i].value.is_missing()) {
-            if (!p.optional) throw AutomationError(StdError::ArgumentNotOptional);
+            if (!p.optional) throw BindError(StdError::ArgumentNotOptional);
             b.value = p.fallback.materialise(p.type);
             continue;
         }
@@ -192,6 +193,9 @@ Variant invoke_member(Component& self, const MemberInfo& m, uint16_t call,
     if (assigning) {
         Argument& b = bound.back();
         b.value = args.back().value;
+        // Set assigns a reference: a value that is no object has nothing to refer to.
+        if (chosen == kSet && !b.value.is_object() && !b.value.is_null())
+            throw BindError(StdError::ObjectRequired);
         try {
             coerce(b.value, m.type, m.type_cls);
         } catch (const AutomationError& e) {
@@ -219,7 +223,7 @@ std::optional<int32_t> Component::member_id(std::u16string_view name) {
 
 Variant Component::invoke(int32_t member, uint16_t call, std::span<Argument> args) {
     const MemberInfo* m = find_member(class_info(), member);
-    if (!m) throw AutomationError(StdError::MemberNotFound);
+    if (!m) throw BindError(StdError::MemberNotFound);
     return invoke_member(*this, *m, call, args);
 }
 

@@ -51,12 +51,19 @@ private:
 // The description the language gives a standard error ("Type mismatch", ...).
 std::u16string_view describe(StdError error) noexcept;
 
-// An error raised while binding argument `index` (0-based, in declaration order), so that
-// callers can report which argument was refused.
-class ArgumentError : public AutomationError {
+// Raised by the late-bound call machinery itself before a member runs (no such accessor,
+// missing or extra arguments), as opposed to errors that members raise while they run.
+class BindError : public AutomationError {
 public:
-    ArgumentError(const AutomationError& cause, int index)
-        : AutomationError(cause), index_(index) {}
+    using AutomationError::AutomationError;
+    explicit BindError(const AutomationError& cause) : AutomationError(cause) {}
+};
+
+// An argument that could not be brought to its declared type: `index` counts from 0 in
+// declaration order, so that callers can report which argument was refused.
+class ArgumentError : public BindError {
+public:
+    ArgumentError(const AutomationError& cause, int index) : BindError(cause), index_(index) {}
     int index() const noexcept { return index_; }
 
 private:

@@ -294,8 +294,6 @@ HRESULT DualObjectBase::invoke(DISPID id, REFIID riid, WORD flags, DISPPARAMS* p
             const int index = e.index();
             if (arg_error && index >= 0 && static_cast<size_t>(index) < origin.size() && origin[index])
                 *arg_error = static_cast<UINT>(origin[index] - params->rgvarg);
-            if (e.is(StdError::TypeMismatch)) return DISP_E_TYPEMISMATCH;
-            if (e.is(StdError::Overflow)) return DISP_E_OVERFLOW;
             throw;
         }
         for (size_t i = 0; i < args.size(); ++i) {
@@ -306,10 +304,15 @@ HRESULT DualObjectBase::invoke(DISPID id, REFIID riid, WORD flags, DISPPARAMS* p
             if (member->has_result || !(call & DISPATCH_METHOD)) to_variant(value, result);
         }
         return S_OK;
-    } catch (const AutomationError& e) {
+    } catch (const automation::BindError& e) {
+        // Only a member that has no such accessor is "not found" to the host; every other
+        // failure travels as an exception carrying the language's error number, which both
+        // script engines and compiled clients report as Err.Number.
         if (e.is(StdError::MemberNotFound)) return DISP_E_MEMBERNOTFOUND;
-        if (e.is(StdError::ArgumentNotOptional)) return DISP_E_PARAMNOTOPTIONAL;
-        if (e.is(StdError::WrongArgumentCount)) return DISP_E_BADPARAMCOUNT;
+        fill_excepinfo(exception, e);
+        set_error_info(e, *class_->iid);
+        return DISP_E_EXCEPTION;
+    } catch (const AutomationError& e) {
         fill_excepinfo(exception, e);
         set_error_info(e, *class_->iid);
         return DISP_E_EXCEPTION;

@@ -1,0 +1,232 @@
+// Late binding through the generated member tables, on the test probe: accessor choice,
+// optional arguments and defaults, coercion to declared types, by-reference write-back, default
+// members, enumerators, identity and events.
+#include "automation/dispatch.hpp"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "automation/enumerator.hpp"
+#include "automation/late_binding.hpp"
+#include "tests/probe/Probe.hpp"
+#include "tests/test_support.hpp"
+
+namespace celdo::automation {
+namespace {
+
+using celdo::testing::error_of;
+using tests::probe::Probe;
+
+class Dispatch : public ::testing::Test {
+protected:
+    Ref<Probe> probe = make_ref<Probe>();
+    Object& obj() { return *probe; }
+};
+
+TEST_F(Dispatch, MembersResolveByNameInAnyCase) {
+    EXPECT_EQ(obj().member_id(u"Text"), obj().member_id(u"tEXT"));
+    EXPECT_EQ(obj().member_id(u"Value"), std::optional<int32_t>(kDefaultMember));
+    EXPECT_EQ(obj().member_id(u"Items"), std::optional<int32_t>(kNewEnumMember));
+    EXPECT_FALSE(obj().member_id(u"Nonexistent"));
+    EXPECT_EQ(error_of([&] { get(obj(), u"Nonexistent"); }).number(), 438);
+    EXPECT_EQ(obj().type_name(), u"Probe");
+}
+
+TEST_F(Dispatch, PropertiesReadAsMethodsAndFunctionsAsProperties) {
+    let(obj(), u"Text", {u"hola"});
+    const int32_t text = *obj().member_id(u"Text");
+    EXPECT_EQ(obj().invoke(text, kMethod, {}), Variant(u"hola"));  // how JScript reads
+    EXPECT_EQ(obj().invoke(text, kGet, {}), Variant(u"hola"));
+    const int32_t describe = *obj().member_id(u"Describe");
+    EXPECT_FALSE(obj().invoke(describe, kGet, {}).is_empty());  // how VBScript reads x = o.F
+}
+
+TEST_F(Dispatch, ReadOnlyAndWriteOnlyAccessorsRefuseTheOtherKind) {
+    EXPECT_EQ(error_of([&] { let(obj(), u"Count", {5}); }).number(), 438);
+    EXPECT_EQ(error_of([&] { get(obj(), u"Ring"); }).number(), 449) << "a Sub read as a property still needs its argument";
+}
+
+TEST_F(Dispatch, OmittedOptionalArgumentsTakeTheirDeclaredDefaults) {
+    EXPECT_EQ(call(obj(), u"Describe"), Variant(u"Size=0;Position=-1;Label=!;Extra=Missing;Mode=2;Flag=True"));
+    EXPECT_EQ(call(obj(), u"Describe", {7, Variant::missing(), u"x"}),
+              Variant(u"Size=7;Position=-1;Label=x;Extra=Missing;Mode=2;Flag=True"));
+    EXPECT_EQ(call(obj(), u"Describe", {1, int16_t{2}, u"y", u"z", 30, false}),
+              Variant(u"Size=1;Position=2;Label=y;Extra=z;Mode=30;Flag=False"));
+}
+
+TEST_F(Dispatch, ArgumentCountIsChecked) {
+    EXPECT_EQ(error_of([&] { call(obj(), u"Echo"); }).number(), 449);
+    EXPECT_EQ(error_of([&] { call(obj(), u"Echo", {1, 2}); }).number(), 450);
+    EXPECT_EQ(error_of([&] { call(obj(), u"Echo", {Variant::missing()}); }).number(), 449);
+}
+
+TEST_F(Dispatch, VariantParametersKeepTheSubtype) {
+    EXPECT_EQ(call(obj(), u"Echo", {int16_t{1}}), Variant(int16_t{1}));
+    EXPECT_EQ(call(obj(), u"Echo", {1}), Variant(1));
+    EXPECT_EQ(call(obj(), u"Echo", {Variant::null()}), Variant::null());
+    EXPECT_TRUE(call(obj(), u"Echo", {Variant()}).is_empty());
+}
+
+TEST_F(Dispatch, TypedParametersCoerceAsTheLanguageDoes) {
+    let(obj(), u"Number", {u"12"});
+    EXPECT_EQ(get(obj(), u"Number"), Variant(12));
+    let(obj(), u"Small", {2.5});
+    EXPECT_EQ(get(obj(), u"Small"), Variant(int16_t{2}));
+    let(obj(), u"Flag", {u"True"});
+    EXPECT_EQ(get(obj(), u"Flag"), Variant(true));
+    let(obj(), u"Amount", {u"1,234.5678"});
+    EXPECT_EQ(get(obj(), u"Amount"), Variant(Currency{12345678}));
+    let(obj(), u"When", {u"2024-05-17"});
+    EXPECT_EQ(get(obj(), u"When"), Variant(Date{45429}));
+    let(obj(), u"Mode", {int16_t{30}});
+    EXPECT_EQ(get(obj(), u"Mode"), Variant(30));
+    let(obj(), u"Text", {12.5});
+    EXPECT_EQ(get(obj(), u"Text"), Variant(u"12.5"));
+}
+
+TEST_F(Dispatch, RefusedArgumentsNameTheirPosition) {
+    try {
+        call(obj(), u"Grid", {2, u"many"});
+        FAIL() << "no error";
+    } catch (const ArgumentError& e) {
+        EXPECT_EQ(e.number(), 13);
+        EXPECT_EQ(e.index(), 1);
+    }
+    EXPECT_EQ(error_of([&] { let(obj(), u"Small", {40000}); }).number(), 6);
+    EXPECT_EQ(error_of([&] { let(obj(), u"Number", {Variant::null()}); }).number(), 13);
+    EXPECT_EQ(get(obj(), u"Number"), Variant(0)) << "a refused assignment stores nothing";
+}
+
+TEST_F(Dispatch, ByReferenceArgumentsComeBackChanged) {
+    Variant text(u"  padded  ");
+    call(obj(), u"Tidy", {ByRef{text}});
+    EXPECT_EQ(text, Variant(u"padded"));
+
+    Variant count(u"41");  // coerced on the way in, and comes back as the declared type
+    call(obj(), u"Bump", {ByRef{count}});
+    EXPECT_EQ(count, Variant(42));
+
+    Variant a(1), b(u"two");
+    call(obj(), u"Swap", {ByRef{a}, ByRef{b}});
+    EXPECT_EQ(a, Variant(u"two"));
+    EXPECT_EQ(b, Variant(1));
+}
+
+TEST_F(Dispatch, ValuesPassedByValueAreLeftAlone) {
+    Variant text(u"  padded  ");
+    call(obj(), u"Tidy", {text});
+    EXPECT_EQ(text, Variant(u"  padded  "));
+}
+
+TEST_F(Dispatch, ByReferenceObjectsCanBeReplaced) {
+    auto original = make_ref<Probe>();
+    original->let_Text(u"old");
+    Variant target{Ref<Object>(original)};
+    call(obj(), u"Renew", {ByRef{target}});
+    ASSERT_TRUE(target.is_object());
+    EXPECT_NE(target.as_object(), original.get());
+    EXPECT_EQ(get(*target.as_object(), u"Text"), Variant(u"renewed old"));
+}
+
+TEST_F(Dispatch, ObjectPropertiesTakeOnlyTheirClass) {
+    auto partner = make_ref<Probe>();
+    set(obj(), u"Partner", {Variant(Ref<Object>(partner))});
+    EXPECT_EQ(get(obj(), u"Partner").as_object(), partner.get());
+    set(obj(), u"Partner", {Variant::nothing()});
+    EXPECT_EQ(get(obj(), u"Partner").as_object(), nullptr);
+    auto stranger = make_ref<SnapshotEnumerator>(std::vector<Variant>{});
+    EXPECT_EQ(error_of([&] { set(obj(), u"Partner", {Variant(Ref<Object>(stranger))}); }).number(), 13);
+    EXPECT_EQ(error_of([&] { set(obj(), u"Partner", {5}); }).number(), 424);
+}
+
+TEST_F(Dispatch, LetAndSetReachTheRightAccessorOfTheDefaultMember) {
+    auto other = make_ref<Probe>();
+    set(obj(), u"Value", {Variant(Ref<Object>(other))});
+    EXPECT_EQ(get(obj(), u"Value").as_object(), other.get());
+    // JScript assigns objects with Let and Set together: Set wins when the member has it.
+    std::vector<Argument> assigned{{Variant(Ref<Object>(probe))}};
+    obj().invoke(kDefaultMember, kLet | kSet, assigned);
+    EXPECT_EQ(get(obj(), u"Value").as_object(), probe.get());
+    let(obj(), u"Value", {u"plain"});
+    EXPECT_EQ(get(obj(), u"Value"), Variant(u"plain"));
+    // Break the cycle the test made (the probe held itself).
+    let(obj(), u"Value", {Variant()});
+}
+
+TEST_F(Dispatch, IndexedPropertiesTakeIndexesThenTheValue) {
+    let(obj(), u"Cell", {1, 2, u"x"});
+    EXPECT_EQ(get(obj(), u"Cell", {1, 2}), Variant(u"x"));
+    EXPECT_TRUE(get(obj(), u"Cell", {2, 1}).is_empty());
+    EXPECT_EQ(error_of([&] { get(obj(), u"Cell", {1}); }).number(), 449);
+}
+
+TEST_F(Dispatch, ExtraArgumentsIndexWhatAPropertyReturns) {
+    auto partner = make_ref<Probe>();
+    partner->let_Value(Variant(Array::vector({Variant(u"a"), Variant(u"b")})));
+    set(obj(), u"Partner", {Variant(Ref<Object>(partner))});
+    // o.Partner(1): the partner's default member is an array, indexed by the argument.
+    EXPECT_EQ(get(obj(), u"Partner", {1}), Variant(u"b"));
+    EXPECT_EQ(error_of([&] { get(obj(), u"Partner", {5}); }).number(), 9);
+}
+
+TEST_F(Dispatch, FunctionsReturningTheObjectGiveTheSameObject) {
+    Variant self = call(obj(), u"Itself");
+    EXPECT_EQ(self.as_object(), probe.get());
+}
+
+TEST_F(Dispatch, TheEnumeratorWalksTheItemsInOrder) {
+    call(obj(), u"Add", {u"a"});
+    call(obj(), u"Add", {2});
+    Variant items = obj().invoke(kNewEnumMember, kGet | kMethod, {});
+    auto* walk = items.object_as<Enumerator>();
+    ASSERT_NE(walk, nullptr);
+    Variant item;
+    std::vector<Variant> seen;
+    while (walk->next(item)) seen.push_back(item);
+    EXPECT_EQ(seen, (std::vector<Variant>{Variant(u"a"), Variant(2)}));
+    walk->reset();
+    ASSERT_TRUE(walk->next(item));
+    EXPECT_EQ(item, Variant(u"a"));
+}
+
+TEST_F(Dispatch, ErrorsKeepNumberSourceAndDescription) {
+    auto e = error_of([&] { call(obj(), u"Raise", {-2147221504, u"Celdo_Codigo", u"Tipo de dato no válido"}); });
+    EXPECT_EQ(e.number(), -2147221504);
+    EXPECT_EQ(e.source(), u"Celdo_Codigo");
+    EXPECT_EQ(e.description(), u"Tipo de dato no válido");
+}
+
+class Recorder final : public Peer {
+public:
+    void raise_event(int32_t event, std::span<Argument> args) override {
+        events.push_back(event);
+        for (auto& a : args) values.push_back(a.value);
+    }
+    std::vector<int32_t> events;
+    std::vector<Variant> values;
+};
+
+TEST_F(Dispatch, EventsReachThePeer) {
+    Recorder recorder;
+    probe->attach_peer(&recorder);
+    call(obj(), u"Ring", {2});
+    probe->detach_peer(&recorder);
+    call(obj(), u"Ring", {1});
+    EXPECT_EQ(recorder.events, (std::vector<int32_t>{tests::probe::events::Probe::Rang, tests::probe::events::Probe::Rang}));
+    EXPECT_EQ(recorder.values, (std::vector<Variant>{Variant(1), Variant(2)}));
+}
+
+TEST(ClassTables, DeclarationOrderGivesMemberIdsAndTheDefaultsAreSpecial) {
+    const ClassInfo& info = class_info_of<Probe>();
+    EXPECT_EQ(std::u16string(info.name), u"Probe");
+    ASSERT_FALSE(info.members.empty());
+    EXPECT_EQ(info.members[0].id, kDefaultMember);
+    EXPECT_EQ(info.members[1].id, 1);  // Text, the first ordinary member
+    EXPECT_NE(info.create, nullptr);
+    auto created = info.create();
+    EXPECT_EQ(&created->class_info(), &info);
+}
+
+}  // namespace
+}  // namespace celdo::automation

@@ -1,0 +1,69 @@
+#include "tests/probe/Probe.hpp"
+
+#include "automation/convert.hpp"
+#include "automation/enumerator.hpp"
+#include "automation/error.hpp"
+#include "automation/textops.hpp"
+
+namespace celdo::tests::probe {
+
+using automation::Variant;
+
+Variant Probe::get_Cell(int32_t column, int32_t row) const {
+    auto it = cells_.find({column, row});
+    return it == cells_.end() ? Variant() : it->second;
+}
+
+automation::Ref<automation::Object> Probe::get_Items() const {
+    return automation::make_ref<automation::SnapshotEnumerator>(items_);
+}
+
+std::u16string Probe::Describe(int32_t size, int16_t position, const std::u16string& label,
+                               const Variant& extra, ProbeMode mode, bool flag) const {
+    std::u16string extra_text = extra.is_missing() ? u"Missing" : automation::to_string(extra);
+    return u"Size=" + automation::to_string(Variant(size)) + u";Position=" +
+           automation::to_string(Variant(position)) + u";Label=" + label + u";Extra=" + extra_text +
+           u";Mode=" + automation::to_string(Variant(static_cast<int32_t>(mode))) +
+           u";Flag=" + (flag ? u"True" : u"False");
+}
+
+void Probe::Tidy(std::u16string& text) const { text = std::u16string(automation::trim(text)); }
+
+void Probe::Renew(automation::Ref<Probe>& target) const {
+    auto fresh = automation::make_ref<Probe>();
+    fresh->text_ = target ? u"renewed " + target->text_ : u"renewed nothing";
+    target = fresh;
+}
+
+Variant Probe::Grid(int32_t columns, int32_t rows) const {
+    automation::Array grid = automation::Array::matrix(columns, rows);
+    for (int32_t c = 0; c < columns; ++c)
+        for (int32_t r = 0; r < rows; ++r) grid.at(c, r) = Variant(c * 10 + r);
+    return Variant(std::move(grid));
+}
+
+std::u16string Probe::Shape(const Variant& data) const {
+    if (!data.is_array()) return u"not an array";
+    const automation::Array& a = data.as_array();
+    std::u16string out;
+    for (int d = 1; d <= a.dimensions(); ++d) {
+        if (d > 1) out += u",";
+        out += automation::to_string(Variant(a.lbound(d))) + u".." + automation::to_string(Variant(a.ubound(d)));
+    }
+    if (a.size() > 0) out += u" first=" + automation::to_string(a.elements().front()) + u" last=" +
+                             automation::to_string(a.elements().back());
+    return out;
+}
+
+void Probe::Raise(int32_t number, const std::u16string& source, const std::u16string& description) const {
+    throw automation::AutomationError(number, source, description);
+}
+
+void Probe::Ring(int32_t times) {
+    for (int32_t i = 1; i <= times; ++i) {
+        automation::Argument count{Variant(i)};
+        raise_event(events::Probe::Rang, {&count, 1});
+    }
+}
+
+}  // namespace celdo::tests::probe
