@@ -241,6 +241,10 @@ Variant change_type(const Variant& value, VarType target, const Locale& locale) 
     return convert(value, target, locale, StdError::TypeMismatch);
 }
 
+Variant value_of(const Variant& value) {
+    return value.is_object() ? value_of_object(value) : value;
+}
+
 bool is_numeric(const Variant& value, const Locale& locale) {
     switch (value.type()) {
     case VarType::Empty:

@@ -32,6 +32,10 @@ std::u16string to_string(const Variant& value, const Locale& locale = Locale::cu
 Variant change_type(const Variant& value, VarType target,
                     const Locale& locale = Locale::current());
 
+// The value a Variant stands for in an expression: an object's default member, read once (an
+// object whose default member is itself an object is a type mismatch), otherwise the value.
+Variant value_of(const Variant& value);
+
 // What IsNumeric and IsDate answer: exactly the values the conversions above accept.
 bool is_numeric(const Variant& value, const Locale& locale = Locale::current());
 bool is_date(const Variant& value, const Locale& locale = Locale::current());
