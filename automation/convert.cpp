@@ -24,12 +24,9 @@ Variant value_of_object(const Variant& v) {
     return inner;
 }
 
-// The bits of &H and &O text as the smallest signed type that holds them, the way such
-// literals read in the language.
-double radix_value(uint64_t bits) {
-    if (bits <= 0xFFFF) return static_cast<int16_t>(static_cast<uint16_t>(bits));
-    return static_cast<int32_t>(static_cast<uint32_t>(bits));
-}
+// The bits of &H and &O text read as a Long by the targets wider than Long: &HFFFF is 65535,
+// &HFFFFFFFF is -1.
+double radix_value(uint64_t bits) { return static_cast<int32_t>(static_cast<uint32_t>(bits)); }
 
 NumberText number_text(const std::u16string& text, const Locale& locale) {
     auto n = parse_number(text, locale);
@@ -116,7 +113,9 @@ bool bool_of(const Variant& v, const Locale& locale) {
         if (equal_text(t, u"False") || equal_text(t, locale.false_name)) return false;
         auto n = parse_number(v.as_string(), locale);
         if (!n) raise(StdError::TypeMismatch);
-        return n->radix ? n->bits != 0 : !n->digits.empty();
+        if (n->radix) return n->bits != 0;
+        if (!std::isfinite(n->to_double())) raise(StdError::Overflow);
+        return !n->digits.empty();
     }
     case VarType::Currency: return v.as_currency().scaled != 0;
     default: return double_of(v, locale) != 0;
@@ -297,10 +296,15 @@ std::optional<int32_t> round_to_long(double value) noexcept {
 }
 
 std::optional<Currency> round_to_currency(double value) noexcept {
-    const double r = std::nearbyint(value * Currency::kScale);
-    // 2^63 is the first double beyond the range.
-    if (!(r >= -9223372036854775808.0 && r < 9223372036854775808.0)) return std::nullopt;
-    return Currency{static_cast<int64_t>(r)};
+    // Whole and fraction apart, so that large amounts keep every digit the double holds.
+    if (!(std::fabs(value) < 922337203685477.6)) return std::nullopt;
+    const double whole = std::trunc(value);
+    const int64_t fraction = static_cast<int64_t>(std::nearbyint((value - whole) * Currency::kScale));
+    int64_t scaled = 0;
+    if (__builtin_mul_overflow(static_cast<int64_t>(whole), Currency::kScale, &scaled) ||
+        __builtin_add_overflow(scaled, fraction, &scaled))
+        return std::nullopt;
+    return Currency{scaled};
 }
 
 std::u16string double_to_text(double value, const Locale& locale) {

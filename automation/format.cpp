@@ -68,6 +68,7 @@ Kind classify(std::u16string_view section) {
         case u'n':
         case u's':
         case u'c':
+        case u't':
         case u'/':
         case u':': date = true; break;
         default: break;

@@ -353,8 +353,8 @@ std::optional<std::vector<Token>> tokenize(std::u16string_view text, const Local
             while (!word.empty() && word.back() == u'.') word.pop_back();
             if (int m = month_of(word, locale)) {
                 tokens.push_back({Token::Month, m, 0});
-            } else if (word == u"t" || word == u"de" || word == u"del" || is_day_name(word, locale)) {
-                // ISO's date-time separator, Spanish "5 de octubre de 2021", a weekday name.
+            } else if (word == u"de" || word == u"del" || is_day_name(word, locale)) {
+                // Spanish "5 de octubre de 2021", a weekday name.
                 tokens.push_back({Token::Other, 0, 0});
             } else {
                 return std::nullopt;
@@ -363,7 +363,7 @@ std::optional<std::vector<Token>> tokenize(std::u16string_view text, const Local
             tokens.push_back({Token::TimeSep, 0, 0});
             i += c == u':' ? 1 : locale.time_separator.size();
         } else if (c == u'/' || c == u'-' || c == u'.' || starts_with(text, i, locale.date_separator)) {
-            tokens.push_back({Token::DateSep, 0, 0});
+            tokens.push_back({Token::DateSep, c, 0});
             i += (c == u'/' || c == u'-' || c == u'.') ? 1 : locale.date_separator.size();
         } else if (c == u',' || is_blank_char(c)) {
             tokens.push_back({Token::Other, 0, 0});
@@ -372,7 +372,34 @@ std::optional<std::vector<Token>> tokenize(std::u16string_view text, const Local
             return std::nullopt;
         }
     }
+    // A separator stands between two parts: none may lead, trail or follow another one.
+    for (size_t t = 0; t < tokens.size(); ++t) {
+        if (tokens[t].kind != Token::DateSep && tokens[t].kind != Token::TimeSep) continue;
+        const bool first = t == 0 || tokens[t - 1].kind == Token::DateSep || tokens[t - 1].kind == Token::TimeSep;
+        const bool last = t + 1 == tokens.size();
+        if (first || last) return std::nullopt;
+    }
     return tokens;
+}
+
+// Where the locale does not separate dates with points, numbers joined by points are a time
+// ("9.30", "9.30.15") unless one of them is a year.
+void read_points_as_time(std::vector<Token>& tokens, const Locale& locale) {
+    if (locale.date_separator == u".") return;
+    for (size_t i = 0; i + 2 < tokens.size(); ++i) {
+        if (tokens[i].kind != Token::Number) continue;
+        size_t j = i;
+        bool small = tokens[i].length <= 2;
+        while (j + 2 < tokens.size() && tokens[j + 1].kind == Token::DateSep && tokens[j + 1].value == '.' &&
+               tokens[j + 2].kind == Token::Number) {
+            small = small && tokens[j + 2].length <= 2;
+            j += 2;
+        }
+        if (j > i && j - i <= 4 && small) {
+            for (size_t k = i + 1; k < j; k += 2) tokens[k].kind = Token::TimeSep;
+        }
+        i = j;
+    }
 }
 
 struct Ymd {
@@ -418,6 +445,7 @@ DateParts split_date(Date value) {
 std::optional<Date> parse_date(std::u16string_view text, const Locale& locale) {
     auto tokens = tokenize(text, locale);
     if (!tokens) return std::nullopt;
+    read_points_as_time(*tokens, locale);
 
     // The time: numbers joined by time separators, with a meridiem anywhere after them, or
     // a lone number followed by a meridiem ("9 PM").
@@ -530,8 +558,10 @@ std::optional<Date> parse_date(std::u16string_view text, const Locale& locale) {
         const Token& a = numbers[0];
         const Token& b = numbers[1];
         std::vector<Ymd> candidates;
-        if (year_like(a)) candidates.push_back({expand_year(a.value, a.length), b.value, 1});
-        else if (year_like(b)) candidates.push_back({expand_year(b.value, b.length), a.value, 1});
+        // A month and a year alone need the year written in full ("10/2021", "2021-10").
+        if (a.length == 4) candidates.push_back({a.value, b.value, 1});
+        else if (b.length == 4) candidates.push_back({b.value, a.value, 1});
+        else if (year_like(a) || year_like(b)) return std::nullopt;
         else if (locale.date_order == DateOrder::DayMonthYear) {
             candidates.push_back({current_year(), b.value, a.value});
             candidates.push_back({current_year(), a.value, b.value});
