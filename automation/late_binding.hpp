@@ -33,8 +33,10 @@ private:
 // An unknown member raises error 438.
 Variant late_call(Object& object, std::u16string_view member, uint16_t call, std::initializer_list<Arg> args);
 
+// A property read asks for the property alone: some script objects take the method flag on a
+// plain property as a call of its value.
 inline Variant get(Object& object, std::u16string_view member, std::initializer_list<Arg> args = {}) {
-    return late_call(object, member, kGet | kMethod, args);
+    return late_call(object, member, kGet, args);
 }
 inline Variant call(Object& object, std::u16string_view member, std::initializer_list<Arg> args = {}) {
     return late_call(object, member, kMethod | kGet, args);

@@ -94,12 +94,48 @@ std::optional<int32_t> HostObject::member_id(std::u16string_view name) {
     return id;
 }
 
+const std::vector<VARTYPE>& HostObject::parameter_types(DISPID member, uint16_t call) {
+    for (const auto& [key, types] : parameters_) {
+        if (key.first == member && key.second == call) return types;
+    }
+    std::vector<VARTYPE> types;
+    ITypeInfo* info = nullptr;
+    UINT count = 0;
+    if (SUCCEEDED(dispatch_->GetTypeInfoCount(&count)) && count > 0 &&
+        SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info)) && info) {
+        TYPEATTR* attr = nullptr;
+        if (SUCCEEDED(info->GetTypeAttr(&attr))) {
+            const INVOKEKIND wanted = (call & automation::kSet)   ? INVOKE_PROPERTYPUTREF
+                                      : (call & automation::kLet) ? INVOKE_PROPERTYPUT
+                                                                  : INVOKE_FUNC;
+            for (WORD f = 0; f < attr->cFuncs; ++f) {
+                FUNCDESC* desc = nullptr;
+                if (FAILED(info->GetFuncDesc(f, &desc))) continue;
+                const bool reading = wanted == INVOKE_FUNC && desc->invkind == INVOKE_PROPERTYGET;
+                if (desc->memid == member && (desc->invkind == wanted || reading)) {
+                    for (SHORT i = 0; i < desc->cParams; ++i) {
+                        const TYPEDESC& t = desc->lprgelemdescParam[i].tdesc;
+                        types.push_back(t.vt == VT_PTR ? static_cast<VARTYPE>(VT_BYREF | t.lptdesc->vt) : t.vt);
+                    }
+                    info->ReleaseFuncDesc(desc);
+                    break;
+                }
+                info->ReleaseFuncDesc(desc);
+            }
+            info->ReleaseTypeAttr(attr);
+        }
+        info->Release();
+    }
+    parameters_.push_back({{member, call}, std::move(types)});
+    return parameters_.back().second;
+}
+
 namespace {
 
-// Storage for one by-reference argument, typed as the caller's value so that a host method
-// declared with a typed ByRef parameter (ByRef Status As Long) accepts it.
+// Storage for one by-reference argument: typed as the parameter is declared when the object
+// says how, otherwise a reference to a Variant, which script objects write through.
 struct RefSlot {
-    VARIANT holder;  // VT_VARIANT slots keep their value here
+    VARIANT holder;  // Variant slots keep their value here
     union {
         BSTR bstr;
         VARIANT_BOOL boolean;
@@ -114,26 +150,25 @@ struct RefSlot {
     } u;
     VARTYPE vt = VT_VARIANT;
 
-    void bind(const Variant& value, VARIANTARG* arg) {
+    void bind(const Variant& value, VARTYPE declared, VARIANTARG* arg) {
         VariantInit(&holder);
         u.long_ = 0;
-        switch (value.type()) {
-        case VarType::String: vt = VT_BSTR; u.bstr = make_bstr(value.as_string()); V_BSTRREF(arg) = &u.bstr; break;
-        case VarType::Boolean: vt = VT_BOOL; u.boolean = value.as_bool() ? VARIANT_TRUE : VARIANT_FALSE; V_BOOLREF(arg) = &u.boolean; break;
-        case VarType::Byte: vt = VT_UI1; u.byte = value.as_byte(); V_UI1REF(arg) = &u.byte; break;
-        case VarType::Integer: vt = VT_I2; u.integer = value.as_integer(); V_I2REF(arg) = &u.integer; break;
-        case VarType::Long: vt = VT_I4; u.long_ = value.as_long(); V_I4REF(arg) = &u.long_; break;
-        case VarType::Single: vt = VT_R4; u.single = value.as_single(); V_R4REF(arg) = &u.single; break;
-        case VarType::Double: vt = VT_R8; u.double_ = value.as_double(); V_R8REF(arg) = &u.double_; break;
-        case VarType::Currency: vt = VT_CY; u.currency.int64 = value.as_currency().scaled; V_CYREF(arg) = &u.currency; break;
-        case VarType::Date: vt = VT_DATE; u.date = value.as_date().serial; V_DATEREF(arg) = &u.date; break;
-        case VarType::Object: vt = VT_DISPATCH; store_dispatch(&u.dispatch, value); V_DISPATCHREF(arg) = &u.dispatch; break;
+        vt = (declared & VT_BYREF) ? static_cast<VARTYPE>(declared & ~VT_BYREF) : static_cast<VARTYPE>(VT_VARIANT);
+        switch (vt) {
+        case VT_BSTR: store_bstr(&u.bstr, value); V_BSTRREF(arg) = &u.bstr; break;
+        case VT_BOOL: store_bool(&u.boolean, value); V_BOOLREF(arg) = &u.boolean; break;
+        case VT_UI1: store_byte(&u.byte, value); V_UI1REF(arg) = &u.byte; break;
+        case VT_I2: store_integer(&u.integer, value); V_I2REF(arg) = &u.integer; break;
+        case VT_I4: store_long(&u.long_, value); V_I4REF(arg) = &u.long_; break;
+        case VT_R4: store_single(&u.single, value); V_R4REF(arg) = &u.single; break;
+        case VT_R8: store_double(&u.double_, value); V_R8REF(arg) = &u.double_; break;
+        case VT_CY: store_currency(&u.currency, value); V_CYREF(arg) = &u.currency; break;
+        case VT_DATE: store_date(&u.date, value); V_DATEREF(arg) = &u.date; break;
+        case VT_DISPATCH: store_dispatch(&u.dispatch, value); V_DISPATCHREF(arg) = &u.dispatch; break;
         default: vt = VT_VARIANT; to_variant(value, &holder); V_VARIANTREF(arg) = &holder; break;
         }
         V_VT(arg) = static_cast<VARTYPE>(VT_BYREF | vt);
     }
-
-    Variant read(VARIANTARG* arg) const { return from_variant(arg); }
 
     void release() {
         switch (vt) {
@@ -150,6 +185,10 @@ struct RefSlot {
 Variant HostObject::invoke(int32_t member, uint16_t call, std::span<Argument> args) {
     if (!dispatch_) throw AutomationError(StdError::MemberNotFound);
     const size_t n = args.size();
+    bool any_by_ref = false;
+    for (const Argument& a : args) any_by_ref = any_by_ref || a.by_ref;
+    static const std::vector<VARTYPE> undeclared;
+    const std::vector<VARTYPE>& declared = any_by_ref ? parameter_types(member, call) : undeclared;
     std::unique_ptr<VARIANTARG[]> rgvarg(new VARIANTARG[n ? n : 1]);
     std::unique_ptr<RefSlot[]> slots(new RefSlot[n ? n : 1]);
     size_t built = 0;
@@ -163,7 +202,7 @@ Variant HostObject::invoke(int32_t member, uint16_t call, std::span<Argument> ar
         for (; built < n; ++built) {
             VARIANTARG* arg = &rgvarg[n - 1 - built];
             VariantInit(arg);
-            if (args[built].by_ref) slots[built].bind(args[built].value, arg);
+            if (args[built].by_ref) slots[built].bind(args[built].value, built < declared.size() ? declared[built] : static_cast<VARTYPE>(VT_EMPTY), arg);
             else to_variant(args[built].value, arg);
         }
     } catch (...) {
@@ -194,7 +233,7 @@ Variant HostObject::invoke(int32_t member, uint16_t call, std::span<Argument> ar
     }
     try {
         for (size_t i = 0; i < n; ++i) {
-            if (args[i].by_ref) args[i].value = slots[i].read(&rgvarg[n - 1 - i]);
+            if (args[i].by_ref) args[i].value = from_variant(&rgvarg[n - 1 - i]);
         }
         Variant value = from_variant(&result);
         VariantClear(&result);

@@ -28,9 +28,15 @@ public:
                                std::span<automation::Argument> args) override;
 
 private:
+    // How each parameter of a member is declared (VT_EMPTY when the object has no type
+    // information), so that by-reference arguments reach typed ByRef parameters typed and
+    // script objects as references to Variants.
+    const std::vector<VARTYPE>& parameter_types(DISPID member, uint16_t call);
+
     IUnknown* unknown_;
     IDispatch* dispatch_;
     std::vector<std::pair<std::u16string, DISPID>> names_;
+    std::vector<std::pair<std::pair<DISPID, uint16_t>, std::vector<VARTYPE>>> parameters_;
 };
 
 }  // namespace celdo::com

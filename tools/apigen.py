@@ -864,7 +864,7 @@ def write_com(model: Model, outdir: str, idl_header: str) -> None:
     for f in model.files:
         if f.classes:
             c.append(f'#include "{os.path.splitext(f.path)[0]}.gen.hpp"')
-    c += ["", "namespace celdo::com {", "namespace {", "", "using automation::Argument;", "using automation::Variant;", ""]
+    c += ["", "namespace celdo::com {", "namespace {", ""]
     for cls in model.classes.values():
         iname = cls.interface[0]
         ns = cls.namespace
@@ -878,31 +878,33 @@ def write_com(model: Model, outdir: str, idl_header: str) -> None:
                 prefix = {"propget": "get_", "propput": "put_", "propputref": "putref_", "method": ""}[acc]
                 call_flag = {"propget": "automation::kGet", "propput": "automation::kLet",
                              "propputref": "automation::kSet", "method": "automation::kMethod"}[acc]
+                # C++ names of the parameters are positional, so that no declared name can
+                # collide with the shim's own identifiers.
                 cparams, packs, writebacks, checks = [], [], [], []
                 for i, p in enumerate(m.params):
                     ctype = com_c_type(model, p.type) + ("*" if p.by_ref else "")
-                    cparams.append(f"{ctype} {p.name}")
-                    packs.append(f"Argument{{{com_in_expr(model, p.type, p.name, p.by_ref)}, {'true' if p.by_ref else 'false'}}}")
+                    cparams.append(f"{ctype} p{i}")
+                    packs.append(f"automation::Argument{{{com_in_expr(model, p.type, f'p{i}', p.by_ref)}, {'true' if p.by_ref else 'false'}}}")
                     if p.by_ref:
-                        writebacks.append(f"            {com_store(model, p.type, p.name, f'args[{i}].value', True)};")
-                        checks.append(p.name)
+                        writebacks.append(f"            {com_store(model, p.type, f'p{i}', f'args[{i}].value', True)};")
+                        checks.append(f"p{i}")
                 result_store = None
                 if acc in ("propput", "propputref"):
-                    cparams.append(f"{com_c_type(model, m.type)} RHS")
-                    packs.append(f"Argument{{{com_in_expr(model, m.type, 'RHS', False)}, false}}")
+                    cparams.append(f"{com_c_type(model, m.type)} rhs")
+                    packs.append(f"automation::Argument{{{com_in_expr(model, m.type, 'rhs', False)}, false}}")
                 elif acc == "propget" or m.kind == "function":
-                    cparams.append(f"{com_c_type(model, m.type)}* result")
-                    result_store = com_store(model, m.type, "result", "value", False)
-                    checks.append("result")
+                    cparams.append(f"{com_c_type(model, m.type)}* out")
+                    result_store = com_store(model, m.type, "out", "value", False)
+                    checks.append("out")
                 c.append(f"    HRESULT STDMETHODCALLTYPE {prefix}{name}({', '.join(cparams)}) override {{")
                 if checks:
                     c.append(f"        if ({' || '.join('!' + x for x in checks)}) return E_POINTER;")
                 c.append("        return call([&](automation::Component& core) {")
                 if packs:
-                    c.append(f"            Argument args[] = {{{', '.join(packs)}}};")
-                    c.append(f"            Variant value = invoke_on(core, {m.dispid}, {call_flag}, args);")
+                    c.append(f"            automation::Argument args[] = {{{', '.join(packs)}}};")
+                    c.append(f"            automation::Variant value = invoke_on(core, {m.dispid}, {call_flag}, args);")
                 else:
-                    c.append(f"            Variant value = invoke_on(core, {m.dispid}, {call_flag}, {{}});")
+                    c.append(f"            automation::Variant value = invoke_on(core, {m.dispid}, {call_flag}, {{}});")
                 c += writebacks
                 if result_store:
                     c.append(f"            {result_store};")

@@ -274,3 +274,139 @@ TEST_F(ProbeClient, EventsReachAdvisedSinksUntilTheyLeave) {
 
 }  // namespace
 }  // namespace celdo::testing
+
+namespace celdo::testing {
+namespace {
+
+// A host object as compiled hosts build them: dispatch through type information (the probe's
+// own interface stands in for it), recording what arrives; or without type information, as
+// script objects are.
+class FakeHost final : public IDispatch {
+public:
+    explicit FakeHost(ITypeInfo* info) : info_(info) {
+        if (info_) info_->AddRef();
+    }
+    ~FakeHost() {
+        if (info_) info_->Release();
+    }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
+        if (riid == IID_IUnknown || riid == IID_IDispatch) {
+            *out = this;
+            AddRef();
+            return S_OK;
+        }
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs; }
+    ULONG STDMETHODCALLTYPE Release() override { return --refs; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
+        *n = info_ ? 1 : 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** out) override {
+        if (!info_) return E_NOTIMPL;
+        info_->AddRef();
+        *out = info_;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+        if (_wcsicmp(names[0], L"Refuse") == 0) {
+            ids[0] = 900;
+            return S_OK;
+        }
+        if (info_) return info_->GetIDsOfNames(names, count, ids);
+        if (_wcsicmp(names[0], L"Bump") == 0) {
+            ids[0] = 901;
+            return S_OK;
+        }
+        return DISP_E_UNKNOWNNAME;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO* failure,
+                                     UINT*) override {
+        if (id == 900) {
+            failure->wCode = 0;
+            failure->scode = static_cast<HRESULT>(0x800A04D2);
+            failure->bstrSource = SysAllocString(L"HostSource");
+            failure->bstrDescription = SysAllocString(L"the host said no");
+            return DISP_E_EXCEPTION;
+        }
+        for (UINT i = 0; i < params->cArgs; ++i) received.push_back(V_VT(&params->rgvarg[i]));
+        VARIANT& arg = params->rgvarg[0];
+        if (V_VT(&arg) == (VT_BYREF | VT_I4)) ++*V_I4REF(&arg);
+        else if (V_VT(&arg) == (VT_BYREF | VT_VARIANT)) {
+            VariantClear(V_VARIANTREF(&arg));
+            V_VT(V_VARIANTREF(&arg)) = VT_BSTR;
+            V_BSTR(V_VARIANTREF(&arg)) = SysAllocString(L"through a Variant");
+        }
+        return S_OK;
+    }
+    ULONG refs = 1;
+    std::vector<VARTYPE> received;
+
+private:
+    ITypeInfo* info_;
+};
+
+class HostCalls : public ProbeClient {
+protected:
+    void SetUp() override {
+        ProbeClient::SetUp();
+        ComPtr<ITypeLib> library;
+        ASSERT_EQ(LoadRegTypeLib(LIBID_CeldoProbe, 1, 0, 0, library.out()), S_OK);
+        ASSERT_EQ(library->GetTypeInfoOfGuid(IID__Probe, probe_info.out()), S_OK);
+    }
+    VARIANT call_bump(FakeHost& host, VARIANT value) {
+        Bstr member(L"Bump");
+        VARIANT result;
+        VariantInit(&result);
+        EXPECT_EQ(probe->Call(&host, member.get(), &value, &result), S_OK);
+        VariantClear(&result);
+        return value;
+    }
+    ComPtr<ITypeInfo> probe_info;
+};
+
+TEST_F(HostCalls, ByReferenceArgumentsTakeTheTypeTheHostDeclares) {
+    FakeHost typed(probe_info.get());
+    VARIANT value;
+    V_VT(&value) = VT_I2;
+    V_I2(&value) = 41;
+    value = call_bump(typed, value);
+    ASSERT_EQ(typed.received.size(), 1u);
+    EXPECT_EQ(typed.received[0], VT_BYREF | VT_I4) << "Bump declares ByRef Number As Long";
+    EXPECT_EQ(V_VT(&value), VT_I4);
+    EXPECT_EQ(V_I4(&value), 42);
+}
+
+TEST_F(HostCalls, WithoutTypeInformationArgumentsGoAsReferencesToVariants) {
+    FakeHost untyped(nullptr);
+    VARIANT value;
+    V_VT(&value) = VT_I2;
+    V_I2(&value) = 41;
+    value = call_bump(untyped, value);
+    ASSERT_EQ(untyped.received.size(), 1u);
+    EXPECT_EQ(untyped.received[0], VT_BYREF | VT_VARIANT);
+    EXPECT_EQ(V_VT(&value), VT_BSTR);
+    EXPECT_STREQ(V_BSTR(&value), L"through a Variant");
+    VariantClear(&value);
+}
+
+TEST_F(HostCalls, ErrorsRaisedByTheHostKeepNumberSourceAndDescription) {
+    FakeHost host(nullptr);
+    Bstr member(L"Refuse");
+    VARIANT value, result;
+    VariantInit(&value);
+    VariantInit(&result);
+    EXPECT_EQ(probe->Call(&host, member.get(), &value, &result), static_cast<HRESULT>(0x800A04D2));
+    ComPtr<IErrorInfo> info;
+    ASSERT_EQ(GetErrorInfo(0, info.out()), S_OK);
+    BSTR text = nullptr;
+    info->GetSource(&text);
+    EXPECT_EQ(take(text), L"HostSource");
+    info->GetDescription(&text);
+    EXPECT_EQ(take(text), L"the host said no");
+}
+
+}  // namespace
+}  // namespace celdo::testing

@@ -3,6 +3,7 @@
 #include "automation/convert.hpp"
 #include "automation/enumerator.hpp"
 #include "automation/error.hpp"
+#include "automation/late_binding.hpp"
 #include "automation/textops.hpp"
 
 namespace celdo::tests::probe {
@@ -58,6 +59,27 @@ std::u16string Probe::Shape(const Variant& data) const {
 void Probe::Raise(int32_t number, const std::u16string& source, const std::u16string& description) const {
     throw automation::AutomationError(number, source, description);
 }
+
+namespace {
+automation::Object& present(const automation::Ref<automation::Object>& target) {
+    if (!target) throw automation::AutomationError(automation::StdError::ObjectVariableNotSet);
+    return *target;
+}
+}  // namespace
+
+Variant Probe::Call(automation::Ref<automation::Object> target, const std::u16string& member, Variant& argument) const {
+    return automation::call(present(target), member, {automation::ByRef{argument}});
+}
+
+Variant Probe::Read(automation::Ref<automation::Object> target, const std::u16string& member) const {
+    return automation::get(present(target), member);
+}
+
+void Probe::Write(automation::Ref<automation::Object> target, const std::u16string& member, const Variant& value) const {
+    automation::let(present(target), member, {value});
+}
+
+std::u16string Probe::NameOf(automation::Ref<automation::Object> target) const { return present(target).type_name(); }
 
 void Probe::Ring(int32_t times) {
     for (int32_t i = 1; i <= times; ++i) {

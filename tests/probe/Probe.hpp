@@ -56,6 +56,13 @@ public:
     void Raise(int32_t number, const std::u16string& source, const std::u16string& description) const;
     void Ring(int32_t times);
     void Add(const automation::Variant& item) { items_.push_back(item); }
+    // Late-bound calls into a host object, as the services make them.
+    automation::Variant Call(automation::Ref<automation::Object> target, const std::u16string& member,
+                             automation::Variant& argument) const;
+    automation::Variant Read(automation::Ref<automation::Object> target, const std::u16string& member) const;
+    void Write(automation::Ref<automation::Object> target, const std::u16string& member,
+               const automation::Variant& value) const;
+    std::u16string NameOf(automation::Ref<automation::Object> target) const;
 
 private:
     automation::Variant value_;
