@@ -21,7 +21,7 @@
 #include "automation/language.hpp"
 #include "automation/operators.hpp"
 #include "automation/recognize.hpp"
-#include "tests/test_support.hpp"
+#include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {

@@ -10,7 +10,7 @@
 #include "automation/enumerator.hpp"
 #include "automation/late_binding.hpp"
 #include "tests/probe/Probe.hpp"
-#include "tests/test_support.hpp"
+#include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {

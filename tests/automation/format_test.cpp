@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "automation/recognize.hpp"
-#include "tests/test_support.hpp"
+#include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "automation/clock.hpp"
 #include "automation/recognize.hpp"
-#include "tests/test_support.hpp"
+#include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/test_support.hpp"
+#include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {
