@@ -90,17 +90,21 @@ Locale user_locale() {
 #endif
 
 Locale& current_locale() {
-#ifdef _WIN32
-    static Locale current = user_locale();
-#else
-    static Locale current = Locale::english_united_states();
-#endif
+    static Locale current = Locale::user_default();
     return current;
 }
 
 }  // namespace
 
 Locale Locale::english_united_states() { return Locale{}; }
+
+Locale Locale::user_default() {
+#ifdef _WIN32
+    return user_locale();
+#else
+    return english_united_states();
+#endif
+}
 
 Locale Locale::spanish_spain() {
     Locale l = spanish_common();

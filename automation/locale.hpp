@@ -45,9 +45,11 @@ struct Locale {
     static Locale spanish_spain();
     static Locale spanish_mexico();
 
-    // The locale conversions use when none is given. On Windows it starts as the user's
-    // locale, as the automation runtime's does; elsewhere it starts as English (United
-    // States).
+    // The user's regional settings on Windows; English (United States) elsewhere.
+    static Locale user_default();
+
+    // The locale conversions use when none is given. It starts as user_default(), as the
+    // automation runtime's does.
     static const Locale& current();
     static void set_current(Locale locale);
 };
