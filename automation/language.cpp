@@ -106,40 +106,13 @@ Variant InStr(int32_t start, const Variant& text, const Variant& find, CompareMo
     return Variant(at == std::u16string::npos ? 0 : static_cast<int32_t>(at + 1));
 }
 
-Variant Round(const Variant& v, int32_t digits) {
-    if (digits < 0) invalid_call();
-    const Variant value = value_of(v);
-    switch (value.type()) {
-    case VarType::Null:
-    case VarType::Byte:
-    case VarType::Integer:
-    case VarType::Long:
-        return value;
-    case VarType::Empty: return Variant(int16_t{0});
-    case VarType::Boolean: return Variant(static_cast<int16_t>(value.as_bool() ? -1 : 0));
-    case VarType::Single: return Variant(static_cast<float>(round_double(value.as_single(), digits)));
-    case VarType::Double: return Variant(round_double(value.as_double(), digits));
-    case VarType::Date: return Variant(Date{round_double(value.as_date().serial, digits)});
-    case VarType::Currency: {
-        if (digits >= 4) return value;
-        int64_t factor = 1;
-        for (int32_t i = digits; i < 4; ++i) factor *= 10;
-        const int64_t s = value.as_currency().scaled;
-        int64_t q = s / factor;
-        const int64_t r = s % factor;
-        const int64_t twice = 2 * (r < 0 ? -r : r);
-        if (twice > factor || (twice == factor && (q & 1))) q += s < 0 ? -1 : 1;
-        return Variant(Currency{q * factor});
-    }
-    case VarType::String: return Variant(round_double(to_double(value), digits));
-    default: throw AutomationError(StdError::TypeMismatch);
-    }
-}
-
 namespace {
 
-template <class F>
-Variant whole_part(const Variant& v, F&& cut) {
+// Round, Int and Fix keep the numeric subtype: integers pass through, Booleans become Integer,
+// text is read as a Double, and the fractional subtypes are cut by `cut` (Currency by
+// `cut_currency` on its scaled value).
+template <class Cut, class CutCurrency>
+Variant keeping_subtype(const Variant& v, Cut&& cut, CutCurrency&& cut_currency) {
     const Variant value = value_of(v);
     switch (value.type()) {
     case VarType::Null:
@@ -152,24 +125,51 @@ Variant whole_part(const Variant& v, F&& cut) {
     case VarType::Single: return Variant(static_cast<float>(cut(value.as_single())));
     case VarType::Double: return Variant(cut(value.as_double()));
     case VarType::Date: return Variant(Date{cut(value.as_date().serial)});
-    case VarType::Currency: {
-        const int64_t s = value.as_currency().scaled;
-        const double whole = cut(static_cast<double>(s) / Currency::kScale);
-        return Variant(Currency{static_cast<int64_t>(whole) * Currency::kScale});
-    }
+    case VarType::Currency: return Variant(Currency{cut_currency(value.as_currency().scaled)});
     case VarType::String: return Variant(cut(to_double(value)));
     default: throw AutomationError(StdError::TypeMismatch);
     }
 }
 
+// A scaled Currency cut to a multiple of `factor` by `cut` of the quotient.
+template <class Cut>
+int64_t cut_scaled(int64_t scaled, int64_t factor, Cut&& cut) {
+    if (factor <= 1) return scaled;
+    int64_t q = scaled / factor;
+    const int64_t r = scaled % factor;
+    q = cut(q, r, factor);
+    return q * factor;
+}
+
 }  // namespace
 
+Variant Round(const Variant& v, int32_t digits) {
+    if (digits < 0) invalid_call();
+    int64_t factor = 1;
+    for (int32_t i = digits; i < 4; ++i) factor *= 10;
+    return keeping_subtype(
+        v, [&](double d) { return round_double(d, digits); },
+        [&](int64_t s) {
+            return cut_scaled(s, factor, [](int64_t q, int64_t r, int64_t f) {
+                const int64_t twice = 2 * (r < 0 ? -r : r);
+                if (twice > f || (twice == f && (q & 1))) q += r < 0 ? -1 : 1;
+                return q;
+            });
+        });
+}
+
 Variant Int(const Variant& v) {
-    return whole_part(v, [](double d) { return std::floor(d); });
+    return keeping_subtype(
+        v, [](double d) { return std::floor(d); },
+        [](int64_t s) {
+            return cut_scaled(s, Currency::kScale, [](int64_t q, int64_t r, int64_t) { return r < 0 ? q - 1 : q; });
+        });
 }
 
 Variant Fix(const Variant& v) {
-    return whole_part(v, [](double d) { return std::trunc(d); });
+    return keeping_subtype(
+        v, [](double d) { return std::trunc(d); },
+        [](int64_t s) { return cut_scaled(s, Currency::kScale, [](int64_t q, int64_t, int64_t) { return q; }); });
 }
 
 double Val(const Variant& v) {

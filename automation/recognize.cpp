@@ -271,14 +271,15 @@ const std::array<std::u16string_view, 14> kEnglishAndSpanishDays{
     u"sunday", u"monday", u"tuesday", u"wednesday", u"thursday", u"friday", u"saturday",
     u"domingo", u"lunes", u"martes", u"miércoles", u"jueves", u"viernes", u"sábado"};
 
-// A month word: the full name, or an abbreviation of at least three letters of it.
+// A word that names `name`: the whole of it, or its first three letters or more.
+bool abbreviates(std::u16string_view word, std::u16string_view name) {
+    return word.size() >= 3 && word.size() <= name.size() && name.substr(0, word.size()) == word;
+}
+
 int month_of(std::u16string_view word, const Locale& locale) {
-    auto matches = [&](std::u16string_view name) {
-        return word.size() >= 3 && word.size() <= name.size() && name.substr(0, word.size()) == word;
-    };
     for (int m = 0; m < 12; ++m) {
-        if (matches(kEnglishMonths[m]) || matches(kSpanishMonths[m]) ||
-            matches(lower_case(locale.month_names[m])) ||
+        if (abbreviates(word, kEnglishMonths[m]) || abbreviates(word, kSpanishMonths[m]) ||
+            abbreviates(word, lower_case(locale.month_names[m])) ||
             word == lower_case(locale.month_abbreviations[m]))
             return m + 1;
     }
@@ -287,14 +288,11 @@ int month_of(std::u16string_view word, const Locale& locale) {
 }
 
 bool is_day_name(std::u16string_view word, const Locale& locale) {
-    auto matches = [&](std::u16string_view name) {
-        return word.size() >= 3 && word.size() <= name.size() && name.substr(0, word.size()) == word;
-    };
     for (auto d : kEnglishAndSpanishDays) {
-        if (matches(d)) return true;
+        if (abbreviates(word, d)) return true;
     }
     for (int d = 0; d < 7; ++d) {
-        if (matches(lower_case(locale.day_names[d]))) return true;
+        if (abbreviates(word, lower_case(locale.day_names[d]))) return true;
     }
     return false;
 }

@@ -8,6 +8,7 @@
 #include "automation/error.hpp"
 #include "com/bridge.hpp"
 #include "com/type_library.hpp"
+#include "com/unknown.hpp"
 
 namespace celdo::com {
 
@@ -23,31 +24,12 @@ namespace {
 // A one-shot enumerator over a fixed list of interface pointers, for EnumConnectionPoints and
 // EnumConnections.
 template <class Enum, class Item, class Copy, class Free>
-class ListEnum final : public Enum {
+class ListEnum final : public SingleInterface<Enum> {
 public:
     ListEnum(std::vector<Item> items, REFIID iid, Copy copy, Free free)
-        : items_(std::move(items)), iid_(iid), copy_(copy), free_(free) {
-        object_created();
-    }
+        : SingleInterface<Enum>(iid), items_(std::move(items)), iid_(iid), copy_(copy), free_(free) {}
     ~ListEnum() {
         for (Item& item : items_) free_(item);
-        object_destroyed();
-    }
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (!out) return E_POINTER;
-        if (riid == IID_IUnknown || riid == iid_) {
-            *out = static_cast<Enum*>(this);
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        ULONG n = --refs_;
-        if (n == 0) delete this;
-        return n;
     }
     HRESULT STDMETHODCALLTYPE Next(ULONG count, Item* out, ULONG* fetched) override {
         if (!out || (count > 1 && !fetched)) return E_POINTER;
@@ -76,7 +58,6 @@ public:
     }
 
 private:
-    ULONG refs_ = 0;
     std::vector<Item> items_;
     size_t at_ = 0;
     IID iid_;

@@ -1,35 +1,16 @@
 #include "com/enum_variant.hpp"
 
 #include "com/bridge.hpp"
-#include "com/class_registry.hpp"
+#include "com/unknown.hpp"
 
 namespace celdo::com {
 
 namespace {
 
-class EnumVariant final : public IEnumVARIANT {
+class EnumVariant final : public SingleInterface<IEnumVARIANT> {
 public:
-    explicit EnumVariant(automation::Ref<automation::Enumerator> items) : items_(std::move(items)) {
-        object_created();
-    }
-    ~EnumVariant() { object_destroyed(); }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (!out) return E_POINTER;
-        if (riid == IID_IUnknown || riid == IID_IEnumVARIANT) {
-            *out = static_cast<IEnumVARIANT*>(this);
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        ULONG n = --refs_;
-        if (n == 0) delete this;
-        return n;
-    }
+    explicit EnumVariant(automation::Ref<automation::Enumerator> items)
+        : SingleInterface(IID_IEnumVARIANT), items_(std::move(items)) {}
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) override {
         if (!items || (count > 1 && !fetched)) return E_POINTER;
@@ -68,7 +49,6 @@ public:
     }
 
 private:
-    ULONG refs_ = 0;
     automation::Ref<automation::Enumerator> items_;
 };
 

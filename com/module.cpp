@@ -7,31 +7,14 @@
 #include "automation/dispatch.hpp"
 #include "com/class_registry.hpp"
 #include "com/errors.hpp"
+#include "com/unknown.hpp"
 
 namespace celdo::com {
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public SingleInterface<IClassFactory> {
 public:
-    explicit ClassFactory(const ComClass& cls) : class_(cls) { object_created(); }
-    ~ClassFactory() { object_destroyed(); }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (!out) return E_POINTER;
-        if (riid == IID_IUnknown || riid == IID_IClassFactory) {
-            *out = static_cast<IClassFactory*>(this);
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        ULONG n = --refs_;
-        if (n == 0) delete this;
-        return n;
-    }
+    explicit ClassFactory(const ComClass& cls) : SingleInterface(IID_IClassFactory), class_(cls) {}
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid, void** out) override {
         if (!out) return E_POINTER;
@@ -54,7 +37,6 @@ public:
     }
 
 private:
-    ULONG refs_ = 0;
     const ComClass& class_;
 };
 

@@ -39,64 +39,32 @@ import re
 import sys
 from dataclasses import dataclass, field
 
-BASIC = {
-    # name: (ParamType, idl type, C++ core in-type, Variant reader, COM bridge suffix)
-    "string": ("String", "BSTR"),
-    "integer": ("Integer", "short"),
-    "long": ("Long", "long"),
-    "byte": ("Byte", "unsigned char"),
-    "boolean": ("Boolean", "VARIANT_BOOL"),
-    "single": ("Single", "float"),
-    "double": ("Double", "double"),
-    "currency": ("Currency", "CURRENCY"),
-    "date": ("Date", "DATE"),
-    "variant": ("Variant", "VARIANT"),
-    "object": ("Object", "IDispatch*"),
-    "unknown": ("Unknown", "IUnknown*"),
-}
+@dataclass(frozen=True)
+class BasicType:
+    """Everything the generators need to know of one of the language's types."""
+    kind: str            # the ParamType it travels as
+    idl: str             # its IDL (and C) type
+    reader: str | None   # how a coerced Variant argument is read as the C++ type
+    value: str           # the C++ type of a by-reference local
+    com_store: str       # suffix of the COM bridge's store_ and replace_ functions
+    com_source: str      # the COM bridge function turning the C argument into a Variant
 
-CPP_IN = {
-    "String": "const std::u16string&",
-    "Integer": "int16_t",
-    "Long": "int32_t",
-    "Byte": "uint8_t",
-    "Boolean": "bool",
-    "Single": "float",
-    "Double": "double",
-    "Currency": "automation::Currency",
-    "Date": "automation::Date",
-    "Variant": "const automation::Variant&",
-    "Object": "automation::Ref<automation::Object>",
-    "Unknown": "automation::Ref<automation::Object>",
-}
 
-READER = {
-    "String": "as_string()",
-    "Integer": "as_integer()",
-    "Long": "as_long()",
-    "Byte": "as_byte()",
-    "Boolean": "as_bool()",
-    "Single": "as_single()",
-    "Double": "as_double()",
-    "Currency": "as_currency()",
-    "Date": "as_date()",
-    "Object": "object()",
-    "Unknown": "object()",
-}
-
-VALUE_TYPE = {
-    "String": "std::u16string",
-    "Integer": "int16_t",
-    "Long": "int32_t",
-    "Byte": "uint8_t",
-    "Boolean": "bool",
-    "Single": "float",
-    "Double": "double",
-    "Currency": "automation::Currency",
-    "Date": "automation::Date",
-    "Object": "automation::Ref<automation::Object>",
-    "Unknown": "automation::Ref<automation::Object>",
-}
+_REF_OBJECT = "automation::Ref<automation::Object>"
+BASIC = {t.kind.lower(): t for t in [
+    BasicType("String", "BSTR", "as_string()", "std::u16string", "bstr", "from_bstr"),
+    BasicType("Integer", "short", "as_integer()", "int16_t", "integer", "from_integer"),
+    BasicType("Long", "long", "as_long()", "int32_t", "long", "from_long"),
+    BasicType("Byte", "unsigned char", "as_byte()", "uint8_t", "byte", "from_byte"),
+    BasicType("Boolean", "VARIANT_BOOL", "as_bool()", "bool", "bool", "from_bool"),
+    BasicType("Single", "float", "as_single()", "float", "single", "from_single"),
+    BasicType("Double", "double", "as_double()", "double", "double", "from_double"),
+    BasicType("Currency", "CURRENCY", "as_currency()", "automation::Currency", "currency", "from_currency"),
+    BasicType("Date", "DATE", "as_date()", "automation::Date", "date", "from_date"),
+    BasicType("Variant", "VARIANT", None, "automation::Variant", "variant", "from_variant"),
+    BasicType("Object", "IDispatch*", "object()", _REF_OBJECT, "dispatch", "from_object"),
+    BasicType("Unknown", "IUnknown*", "object()", _REF_OBJECT, "unknown", "from_object"),
+]}
 
 
 class DeclError(Exception):
@@ -389,7 +357,7 @@ class Model:
     def kind_of(self, type_name: str) -> str:
         t = type_name.lower()
         if t in BASIC:
-            return BASIC[t][0]
+            return BASIC[t].kind
         if t in self.enums:
             return "Enum"
         if t in self.classes:
@@ -468,7 +436,7 @@ def idl_type(model: Model, type_name: str) -> str:
         return model.enums[type_name.lower()].name
     if kind == "Class":
         return model.iface_of(type_name) + "*"
-    return BASIC[type_name.lower()][1]
+    return BASIC[type_name.lower()].idl
 
 
 def idl_default(model: Model, p: Param) -> str:
@@ -632,9 +600,7 @@ def cpp_value_type(model: Model, type_name: str) -> str:
     if kind == "Class":
         c = model.cls_of(type_name)
         return f"automation::Ref<celdo::{c.namespace}::{c.name}>"
-    if kind == "Variant":
-        return "automation::Variant"
-    return VALUE_TYPE[kind]
+    return BASIC[kind.lower()].value
 
 
 def enum_namespace(model: Model, enum_name: str) -> str:
@@ -655,7 +621,7 @@ def read_arg(model: Model, type_name: str, expr: str) -> str:
     if kind == "Class":
         c = model.cls_of(type_name)
         return f"automation::Ref<celdo::{c.namespace}::{c.name}>(static_cast<celdo::{c.namespace}::{c.name}*>({expr}.as_object()))"
-    return f"{expr}.{READER[kind]}"
+    return f"{expr}.{BASIC[kind.lower()].reader}"
 
 
 def wrap_result(model: Model, type_name: str, expr: str) -> str:
@@ -666,7 +632,7 @@ def wrap_result(model: Model, type_name: str, expr: str) -> str:
         return f"automation::Variant(static_cast<int32_t>({expr}))"
     if kind in ("Class", "Object", "Unknown"):
         return f"automation::Variant(automation::Ref<automation::Object>({expr}))"
-    return f"automation::Variant(static_cast<{VALUE_TYPE[kind]}>({expr}))"
+    return f"automation::Variant(static_cast<{BASIC[kind.lower()].value}>({expr}))"
 
 
 def thunk_call(model: Model, cls: ClassDecl, m: Member, method: str, n_params: int, value_type: str | None,
@@ -812,38 +778,16 @@ def write_core(model: Model, api: ApiFile, outdir: str) -> None:
 
 # ------------------------------------------------------------------------------- COM shims
 
-COM_IN = {  # ParamType -> bridge function turning the C argument into a Variant
-    "String": "from_bstr", "Integer": "from_integer", "Long": "from_long", "Byte": "from_byte",
-    "Boolean": "from_bool", "Single": "from_single", "Double": "from_double",
-    "Currency": "from_currency", "Date": "from_date", "Variant": "from_variant",
-    "Object": "from_object", "Unknown": "from_object", "Enum": "from_long", "Class": "from_object",
-}
-
-
-def com_c_type(model: Model, type_name: str) -> str:
-    kind = model.kind_of(type_name)
-    if kind == "Enum":
-        return model.enums[type_name.lower()].name
-    if kind == "Class":
-        return model.iface_of(type_name) + "*"
-    return BASIC[type_name.lower()][1]
-
-
-STORE = {"String": "bstr", "Integer": "integer", "Long": "long", "Byte": "byte", "Boolean": "bool",
-         "Single": "single", "Double": "double", "Currency": "currency", "Date": "date",
-         "Variant": "variant", "Object": "dispatch", "Unknown": "unknown", "Enum": "long"}
-
-
 def com_store(model: Model, type_name: str, target: str, value: str, replace: bool) -> str:
     """Statement writing a Variant into a pointer parameter: a result (`store_`, the target is
     uninitialised) or a by-reference argument (`replace_`, the old content is released)."""
     kind = model.kind_of(type_name)
     verb = "replace" if replace else "store"
     if kind == "Enum":
-        target = f"reinterpret_cast<long*>({target})"
+        return f"{verb}_long(reinterpret_cast<long*>({target}), {value})"
     if kind == "Class":
         return f"{verb}_interface({target}, IID_{model.iface_of(type_name)}, {value})"
-    return f"{verb}_{STORE[kind]}({target}, {value})"
+    return f"{verb}_{BASIC[kind.lower()].com_store}({target}, {value})"
 
 
 def com_in_expr(model: Model, type_name: str, name: str, by_ref: bool) -> str:
@@ -854,7 +798,9 @@ def com_in_expr(model: Model, type_name: str, name: str, by_ref: bool) -> str:
     value = f"*{name}" if by_ref else name
     if kind == "Enum":
         return f"from_long(static_cast<long>({value}))"
-    return f"{COM_IN[kind]}({value})"
+    if kind == "Class":
+        return f"from_object({value})"
+    return f"{BASIC[kind.lower()].com_source}({value})"
 
 
 def write_com(model: Model, outdir: str, idl_header: str) -> None:
@@ -882,7 +828,7 @@ def write_com(model: Model, outdir: str, idl_header: str) -> None:
                 # collide with the shim's own identifiers.
                 cparams, packs, writebacks, checks = [], [], [], []
                 for i, p in enumerate(m.params):
-                    ctype = com_c_type(model, p.type) + ("*" if p.by_ref else "")
+                    ctype = idl_type(model, p.type) + ("*" if p.by_ref else "")
                     cparams.append(f"{ctype} p{i}")
                     packs.append(f"automation::Argument{{{com_in_expr(model, p.type, f'p{i}', p.by_ref)}, {'true' if p.by_ref else 'false'}}}")
                     if p.by_ref:
@@ -890,10 +836,10 @@ def write_com(model: Model, outdir: str, idl_header: str) -> None:
                         checks.append(f"p{i}")
                 result_store = None
                 if acc in ("propput", "propputref"):
-                    cparams.append(f"{com_c_type(model, m.type)} rhs")
+                    cparams.append(f"{idl_type(model, m.type)} rhs")
                     packs.append(f"automation::Argument{{{com_in_expr(model, m.type, 'rhs', False)}, false}}")
                 elif acc == "propget" or m.kind == "function":
-                    cparams.append(f"{com_c_type(model, m.type)}* out")
+                    cparams.append(f"{idl_type(model, m.type)}* out")
                     result_store = com_store(model, m.type, "out", "value", False)
                     checks.append("out")
                 c.append(f"    HRESULT STDMETHODCALLTYPE {prefix}{name}({', '.join(cparams)}) override {{")
