@@ -118,6 +118,17 @@ Ordering compare(const Variant& a0, const Variant& b0, CompareMode mode) {
     return order_of(to_double(a), to_double(b));
 }
 
+Ordering compare_to_typed(const Variant& value0, const Variant& typed, CompareMode mode) {
+    const Variant value = value_of(value0);
+    if (value.is_null() || typed.is_null()) return Ordering::Null;
+    check_operand(value);
+    if (typed.is_string()) {
+        return compare(Variant(value.is_empty() ? std::u16string() : to_string(value)), typed, mode);
+    }
+    if (value.is_string()) return compare(change_type(value, VarType::Double), typed, mode);
+    return compare(value, typed, mode);
+}
+
 Variant add(const Variant& a0, const Variant& b0) {
     const Variant a = value_of(a0);
     const Variant b = value_of(b0);

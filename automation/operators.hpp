@@ -13,6 +13,11 @@ enum class CompareMode { Binary, Text };  // Option Compare Binary / Text
 // ignoring case (Text); objects compare through their default member.
 Ordering compare(const Variant& a, const Variant& b, CompareMode mode = CompareMode::Binary);
 
+// A Variant beside a typed (non-Variant) operand, as in `w < 0` or `w = "x"`: beside a number,
+// numeric text compares as its number and other text is a type mismatch; beside a text, the
+// Variant compares as its text. Null still gives Null.
+Ordering compare_to_typed(const Variant& value, const Variant& typed, CompareMode mode = CompareMode::Binary);
+
 // a + b: Null propagates; two texts concatenate; a number and numeric text add; the result
 // takes the wider subtype and integer sums that overflow widen (Byte, Integer, Long, Double).
 Variant add(const Variant& a, const Variant& b);

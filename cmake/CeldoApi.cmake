@@ -71,14 +71,15 @@ function(celdo_com_server target)
 
     # The interface header and GUIDs, for C++ clients of the server.
     add_library(${target}_interfaces STATIC ${iids} ${header})
-    target_include_directories(${target}_interfaces PUBLIC ${gen})
+    # widl's header is not ours to keep warning-free.
+    target_include_directories(${target}_interfaces SYSTEM PUBLIC ${gen})
 
     add_library(${target} SHARED ${shims} ${CMAKE_SOURCE_DIR}/com/module.cpp ${CMAKE_SOURCE_DIR}/com/registration.cpp
         ${CMAKE_SOURCE_DIR}/com/exports.def ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${target}
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
     target_link_libraries(${target} PRIVATE celdo_com ${target}_interfaces ${ARG_LINK})
-    target_include_directories(${target} PRIVATE ${gen})
+    target_include_directories(${target} SYSTEM PRIVATE ${gen})
     # Static runtime: the DLL must load with nothing beside it but system DLLs. The .def names
     # the exports undecorated; on x86 they resolve to the stdcall symbols.
     target_link_options(${target} PRIVATE -static -static-libgcc -static-libstdc++

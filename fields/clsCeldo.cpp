@@ -1,0 +1,87 @@
+// The field object and its metadata.
+#include "fields/clsCeldo.hpp"
+
+#include "automation/error.hpp"
+#include "automation/textops.hpp"
+#include "collections/clsCeldos.hpp"
+#include "fields/data_types.hpp"
+#include "fields/errors.hpp"
+
+namespace celdo::fields {
+
+using automation::make_ref;
+
+// Extra properties are fields too, addressed by name: ExtendProperties("Mask").Value.
+clsCeldo::clsCeldo()
+    : extend_properties_(make_ref<Fields>()), children_(make_ref<Fields>()), attributes_(make_ref<Fields>()) {}
+
+clsCeldo::~clsCeldo() = default;
+
+automation::Ref<collections::clsCeldos> clsCeldo::get_Children() const { return children_; }
+
+automation::Ref<collections::clsCeldos> clsCeldo::get_Attributes() const { return attributes_; }
+
+bool clsCeldo::get_HasChildren() const { return children_->get_Count() > 0; }
+
+std::u16string clsCeldo::get_CorrelationalName() const {
+    if (source_name_.empty()) return {};
+    if (!source_table_name_.empty()) return source_table_name_ + u"." + source_name_;
+    return source_name_;
+}
+
+std::u16string clsCeldo::get_AliasName() const {
+    // The caption without the characters an SQL alias cannot hold: they are dropped.
+    std::u16string alias;
+    for (char16_t c : get_Caption()) {
+        if (std::u16string_view(u" :-+*/#'").find(c) == std::u16string_view::npos) alias.push_back(c);
+    }
+    const bool expression = facts_of(data_type_).expression;
+    if (source_name_.empty()) return expression ? description_ + u" As " + alias : std::u16string();
+    const bool same = automation::equal_text(alias, source_name_);
+    const std::u16string column = source_table_name_.empty() ? source_name_ : source_table_name_ + u"." + source_name_;
+    return same ? column : column + u" As " + alias;
+}
+
+std::u16string clsCeldo::get_Caption() const {
+    if (!caption_.empty()) return caption_;
+    // A name that starts with one of the naming prefixes (strNombre, txtCodigo) is shown
+    // without it; any other name is shown as it is.
+    const std::u16string_view head = std::u16string_view(name_).substr(0, 3);
+    for (std::u16string_view prefix : kControlPrefixes) {
+        if (head.size() == 3 && automation::equal_text(head, prefix)) return name_.substr(3);
+    }
+    return name_;
+}
+
+void clsCeldo::let_SourceName(const std::u16string& value) {
+    if (value.empty()) {
+        source_name_.clear();
+        return;
+    }
+    if (!source_name_.empty() && !facts_of(data_type_).expression) return;  // set once
+    source_name_ = std::u16string(automation::trim(value));
+}
+
+void clsCeldo::let_SourceTableName(const std::u16string& value) {
+    if (value.empty()) {
+        source_table_name_.clear();
+        return;
+    }
+    if (source_table_name_.empty()) source_table_name_ = std::u16string(automation::trim(value));
+}
+
+void clsCeldo::let_DataType(ExDataType value) {
+    data_type_ = value;
+    const DataTypeFacts& facts = facts_of(value);
+    if (!facts.keeps_size) let_Size(0);
+    if (facts.rounding != kKeep) let_Redondeo(facts.rounding);
+}
+
+int32_t clsCeldo::get_Size() const { return size_ != 0 ? size_ : facts_of(data_type_).default_size; }
+
+XMLNodeTypes clsCeldo::get_NodeType() const {
+    if (node_type_ == xntUnknown) throw automation::AutomationError(kObjectError, u"Celdo.NodeType", u"Required property not initialized");
+    return node_type_;
+}
+
+}  // namespace celdo::fields
