@@ -78,7 +78,7 @@ function(celdo_com_server target)
         ${CMAKE_SOURCE_DIR}/com/exports.def ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
     set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME ${target}
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
-    target_link_libraries(${target} PRIVATE celdo_com ${target}_interfaces ${ARG_LINK})
+    target_link_libraries(${target} PRIVATE celdo_com ${target}_interfaces ${ARG_LINK} celdo_warnings)
     target_include_directories(${target} SYSTEM PRIVATE ${gen})
     # Static runtime: the DLL must load with nothing beside it but system DLLs. The .def names
     # the exports undecorated; on x86 they resolve to the stdcall symbols.
