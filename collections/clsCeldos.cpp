@@ -111,8 +111,13 @@ void clsCeldos::AddParameter(const std::u16string& Name, int16_t DataType, const
 
 automation::Ref<fields::clsCeldo> clsCeldos::get_Item(Variant& vntIndexKey) const {
     // Only a value that is not numeric is a key: it is trimmed, and the caller sees the trim.
-    if (!automation::lang::IsNumeric(vntIndexKey))
-        vntIndexKey = Variant(std::u16string(automation::trim(automation::to_string(vntIndexKey))));
+    if (!automation::lang::IsNumeric(vntIndexKey)) {
+        const bool text = vntIndexKey.is_string();
+        const std::u16string read = text ? std::u16string() : automation::to_string(vntIndexKey);
+        const std::u16string& whole = text ? vntIndexKey.as_string() : read;
+        const std::u16string_view trimmed = automation::trim(whole);
+        if (!text || trimmed.size() != whole.size()) vntIndexKey = Variant(trimmed);
+    }
     if (vntIndexKey.is_string()) {
         const Ref<Field>* found = items_.find(vntIndexKey.as_string());
         if (!found) invalid_call();
