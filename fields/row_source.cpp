@@ -68,6 +68,7 @@ Variant clsCeldo::get_GetRowSource() {
     const std::vector<std::u16string> items = cut_list(row_source_);
     size_t first = 0;
     if (column_heads_) {
+        // Columns the list gives no head are named Celdo1, Celdo2... by their number from 1.
         for (size_t c = 0; c < columns; ++c) {
             const std::u16string name = c < items.size() ? items[c] : u"Celdo" + automation::to_string(Variant(static_cast<int32_t>(c + 1)));
             header->Add(name, u"", exText, 0, -1, false, u"", u"", Variant::missing(), Variant::missing(),

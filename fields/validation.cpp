@@ -142,6 +142,7 @@ Variant clsCeldo::ValidateRequired(std::u16string& Msg, exEdit) {
             const Variant rows = get_GetRowSource();
             const Variant value = get_Value();
             const std::u16string text = value.is_null() ? std::u16string() : automation::to_string(value);
+            // Every item is looked up afresh and reported on its own.
             for (const std::u16string& item : cut_list(text)) {
                 bool found = false;
                 if (rows.is_array()) {

@@ -80,6 +80,8 @@ Variant numeric_text(const Variant& w, const clsCeldo& field, bool currency_sign
     return field.Redondear(w, field.get_Redondeo());
 }
 
+// A value too large for the type fails in its conversion with that conversion's own error
+// (Overflow, 6), and nothing is stored.
 Variant clsCeldo::coerce(Variant w) const {
     const DataTypeFacts& facts = facts_of(data_type_);
     switch (facts.coercion) {
