@@ -6,6 +6,7 @@
 #include <ocidl.h>
 
 #include <string>
+#include <vector>
 
 namespace celdo::testing {
 
@@ -35,6 +36,48 @@ public:
 
 private:
     I* p_ = nullptr;
+};
+
+// An event sink as a WithEvents variable builds one: a dispatch object that records each event
+// it receives (its number and, when it is a Long, its first argument).
+class RecordingSink final : public IDispatch {
+public:
+    explicit RecordingSink(REFIID events) : events_(events) {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
+        if (riid == IID_IUnknown || riid == IID_IDispatch || riid == events_) {
+            *out = this;
+            AddRef();
+            return S_OK;
+        }
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs; }
+    ULONG STDMETHODCALLTYPE Release() override { return --refs; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
+        *n = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
+        ids.push_back(id);
+        method_calls += flags == DISPATCH_METHOD;
+        argument_counts.push_back(params->cArgs);
+        if (params->cArgs >= 1 && V_VT(&params->rgvarg[params->cArgs - 1]) == VT_I4)
+            first_longs.push_back(V_I4(&params->rgvarg[params->cArgs - 1]));
+        return S_OK;
+    }
+
+    ULONG refs = 1;
+    std::vector<DISPID> ids;
+    std::vector<UINT> argument_counts;
+    std::vector<long> first_longs;
+    size_t method_calls = 0;
+
+private:
+    IID events_;
 };
 
 // Reads a registry string value; empty when the key or value is missing.

@@ -213,38 +213,6 @@ TEST_F(ProbeClient, NewEnumHandsOutAVariantEnumerator) {
     EXPECT_EQ(V_I4(&got[0]), 7);
 }
 
-// An event sink as VB builds one for WithEvents: a dispatch object receiving the events by id.
-class Sink final : public IDispatch {
-public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (riid == IID_IUnknown || riid == IID_IDispatch || riid == DIID___Probe) {
-            *out = this;
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs; }
-    ULONG STDMETHODCALLTYPE Release() override { return --refs; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
-        *n = 0;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
-                                     UINT*) override {
-        ids.push_back(id);
-        EXPECT_EQ(flags, DISPATCH_METHOD);
-        if (params->cArgs == 1 && V_VT(&params->rgvarg[0]) == VT_I4) counts.push_back(V_I4(&params->rgvarg[0]));
-        return S_OK;
-    }
-    ULONG refs = 1;
-    std::vector<DISPID> ids;
-    std::vector<long> counts;
-};
-
 TEST_F(ProbeClient, EventsReachAdvisedSinksUntilTheyLeave) {
     ComPtr<IProvideClassInfo2> info;
     ASSERT_EQ(probe->QueryInterface(IID_IProvideClassInfo2, info.out_void()), S_OK);
@@ -259,12 +227,13 @@ TEST_F(ProbeClient, EventsReachAdvisedSinksUntilTheyLeave) {
     ComPtr<IConnectionPoint> none;
     EXPECT_EQ(container->FindConnectionPoint(IID_IDispatch, none.out()), CONNECT_E_NOCONNECTION);
 
-    Sink sink;
+    RecordingSink sink(DIID___Probe);
     DWORD cookie = 0;
     ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
     EXPECT_EQ(probe->Ring(3), S_OK);
     EXPECT_EQ(sink.ids, (std::vector<DISPID>{1, 1, 1}));
-    EXPECT_EQ(sink.counts, (std::vector<long>{1, 2, 3}));
+    EXPECT_EQ(sink.first_longs, (std::vector<long>{1, 2, 3}));
+    EXPECT_EQ(sink.method_calls, 3u);
     ASSERT_EQ(point->Unadvise(cookie), S_OK);
     EXPECT_EQ(point->Unadvise(cookie), CONNECT_E_NOCONNECTION);
     probe->Ring(1);
