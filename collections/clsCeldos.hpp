@@ -43,10 +43,26 @@ public:
     Ref<Field> Duplicate(Ref<Field>& rOriginal, std::u16string& oNewName, Variant& oNewValue) const;
     bool Exist(const std::u16string& Name) const;
 
+    // ---- text forms
+    std::u16string Clip() const { return clips(0); }
+    // An Empty, missing or empty Propertie becomes "Name", written back to the caller.
+    std::u16string ClipNames(Variant& Propertie, std::u16string& Delimiter) const;
+    std::u16string get_ClipAttribute() const;
+    std::u16string get_ClipHeader() const;
+    std::u16string XML(const std::u16string& Encode) const { return elements(Encode, 0); }
+    std::u16string get_XMLAttribute(const std::u16string& Encode) const;
+    bool Parse(const std::u16string& Encode, std::u16string& rstrXML);
+
+    // The fields' forms at a nesting level, joined in order; a field's writer calls these for
+    // its children.
+    std::u16string elements(std::u16string_view encoding, int level) const;
+    std::u16string clips(int level) const;
+
     // For the library's own walks: 0-based positions, lookup without side effects.
     size_t size() const noexcept { return items_.size(); }
     Field& at(size_t index) const { return *items_.at(index); }
     Field* find(std::u16string_view key) const;
+    void clear() { items_.clear(); }
 
 private:
     // Where Before or After puts an insertion; nullopt when it names no item.

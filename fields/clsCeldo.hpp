@@ -129,6 +129,38 @@ public:
     Ref<Fields> GetColumnHeader() const;
     Variant get_GetRowSource();
 
+    // ---- text forms
+    std::u16string XML(const std::u16string& Encode) const { return element(Encode, 0); }
+    Variant get_XMLValue() const;
+    std::u16string XMLAttribute(std::u16string& Encode, std::u16string& FieldAttributes) const;
+    std::u16string Clip() const { return clip(0); }
+    std::u16string Decondign(const std::u16string& Encode, std::u16string& rstrUtf) const;
+    int32_t LoadElement(const std::u16string& Encode, int32_t& rlPos, std::u16string& rstrXML);
+    bool Parse(std::u16string& Encode, std::u16string& rstrXML);
+    Variant Item(const std::u16string& Index) const;
+    void SetItem(std::u16string& Index, Variant& Value);
+
+    // How deep the text forms nest: deeper trees (or a field among its own children) are
+    // refused rather than overflowing the stack.
+    static constexpr int kMaxNesting = 256;
+    // The writers at a nesting level, which the collections' writers call for every field.
+    std::u16string element(std::u16string_view encoding, int level) const;
+    std::u16string clip(int level) const;
+    // The value as element text for an encoding: escaped, and in the UTF-8 byte form under an
+    // ISO-8859 name.
+    std::u16string value_text(std::u16string_view encoding) const;
+    // The exact inverse of value_text: the UTF-8 byte form (under an ISO-8859 name), then the entities.
+    static std::u16string decode_text(std::u16string_view encoding, std::u16string_view text);
+    // Takes over what a loader built: name, node kind, value, attributes and children, keeping
+    // this field's own collections (hosts may hold them).
+    void adopt_element(clsCeldo& loaded);
+    // Stores a value as loaded (value and old value), without validation or coercion: what a
+    // reader found is kept as written.
+    void load_value(const Variant& value) {
+        value_ = value;
+        old_value_ = value;
+    }
+
 private:
     // Judges a candidate value; may rewrite it where the rules say so (Date() and the like).
     bool validate(Variant& w) const;

@@ -467,9 +467,9 @@ def idl_param(model: Model, p: Param) -> str:
     if p.optional:
         attrs.append("optional")
         dv = idl_default(model, p)
-        # widl refuses a text default on a by-reference string; the member tables still
+        # widl refuses a text default on a by-reference parameter; the member tables still
         # supply it when the argument is left out.
-        if dv and not (p.by_ref and model.kind_of(p.type) == "String"):
+        if dv and not (p.by_ref and dv.startswith('defaultvalue("')):
             attrs.append(dv)
     t = idl_type(model, p.type) + ("*" if p.by_ref else "")
     return f"[{', '.join(attrs)}] {t} {p.name}"

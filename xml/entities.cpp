@@ -112,6 +112,29 @@ std::u16string decode_entities(std::u16string_view text) {
     return out;
 }
 
+std::u16string unescape_entities(std::u16string_view text) {
+    std::u16string out;
+    out.reserve(text.size());
+    for (size_t i = 0; i < text.size();) {
+        const Entity* e = nullptr;
+        if (text[i] == u'&') {
+            if (text.substr(i, kAmp.size()) == kAmp) {
+                static constexpr Entity amp{kAmp, u'&'};
+                e = &amp;
+            } else if (!(e = match(text, i, kBeforeAmp.begin(), kBeforeAmp.end()))) {
+                e = match(text, i, kAfterAmp.begin(), kAfterAmp.end());
+            }
+        }
+        if (e) {
+            out.push_back(e->character);
+            i += e->name.size();
+        } else {
+            out.push_back(text[i++]);
+        }
+    }
+    return out;
+}
+
 std::u16string utf8_encode(std::u16string_view text) {
     std::u16string out;
     out.reserve(text.size() * 3);

@@ -14,6 +14,10 @@ std::u16string encode_entities(std::u16string_view text);
 // "&amp;lt;" gives "&lt;".
 std::u16string decode_entities(std::u16string_view text);
 
+// The exact inverse of encode_entities: each of the twenty entities is decoded once, where it
+// stands, so a text that held an entity name comes back as written ("&amp;#46;" gives "&#46;").
+std::u16string unescape_entities(std::u16string_view text);
+
 // One code unit per byte of the UTF-8 form; surrogates are encoded one by one (three bytes
 // each), as the dialect has always written them.
 std::u16string utf8_encode(std::u16string_view text);

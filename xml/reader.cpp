@@ -38,8 +38,7 @@ char16_t first_quote(std::u16string_view text, size_t position) {
     return double_quote < single_quote ? u'"' : u'\'';
 }
 
-Attribute read_attribute(std::u16string_view encoding, size_t& position, std::u16string_view text) {
-    constexpr std::u16string_view source = u"XMLReadAttribute";
+Attribute read_raw_attribute(std::u16string_view source, size_t& position, std::u16string_view text) {
     Attribute a;
     const std::u16string raw_name = text_up_to(text, u"=", position, false);
     if (raw_name.empty()) {
@@ -56,6 +55,12 @@ Attribute read_attribute(std::u16string_view encoding, size_t& position, std::u1
     a.value = text_up_to(text, std::u16string_view(&quote, 1), position, true);
     position += a.value.size() + 1;
     if (!is_valid_attribute_value(a.value, quote)) raise(source, u"Bad attribute value encoding");
+    return a;
+}
+
+Attribute read_attribute(std::u16string_view encoding, size_t& position, std::u16string_view text) {
+    Attribute a = read_raw_attribute(u"XMLReadAttribute", position, text);
+    if (a.name.empty()) return a;
     // Under an ISO-8859 name, entities are decoded twice before the bytes, as always.
     a.value = is_8859(encoding) ? xml_decode(encoding, decode_entities(a.value)) : xml_decode(encoding, a.value);
     return a;

@@ -39,4 +39,8 @@ struct Attribute {
 };
 Attribute read_attribute(std::u16string_view encoding, size_t& position, std::u16string_view text);
 
+// The same reading with the value left as written, for readers that decode it their own way;
+// errors carry `source`.
+Attribute read_raw_attribute(std::u16string_view source, size_t& position, std::u16string_view text);
+
 }  // namespace celdo::xml

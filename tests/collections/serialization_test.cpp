@@ -1,0 +1,190 @@
+// The collection's text forms: clip and XML joined from the fields, the value, caption and
+// name lines, the attribute list and Parse with its errors, round trips and long texts.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "automation/convert.hpp"
+#include "automation/text.hpp"
+#include "collections/clsCeldos.hpp"
+#include "tests/fields/field_support.hpp"
+#include "tests/support/test_support.hpp"
+
+namespace celdo::collections {
+namespace {
+
+using automation::Ref;
+using automation::Variant;
+using celdo::testing::error_of;
+using fields::clsCeldo;
+
+const Variant kNone = Variant::missing();
+
+class Row : public ::testing::Test {
+protected:
+    Ref<clsCeldo> add(std::u16string name, Variant value = Variant(), fields::ExDataType type = fields::exText) {
+        return row->Add(name, u"", static_cast<int16_t>(type), 0, -1, false, u"", u"", value.is_empty() ? kNone : value,
+                        kNone, kNone, kNone);
+    }
+    std::u16string parse(std::u16string text, std::u16string encode = u"") {
+        EXPECT_TRUE(row->Parse(encode, text));
+        return text;
+    }
+    Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
+};
+
+TEST_F(Row, ClipAndXMLJoinTheFieldsFormsWithoutARoot) {
+    add(u"A", Variant(u"1"));
+    add(u"B");
+    add(u"C", Variant(u"x.y"));
+    EXPECT_EQ(row->Clip(), u"1\t\tx.y\t");
+    EXPECT_EQ(row->XML(u"UTF-8"), u"<A>1</A>\r\n<B></B>\r\n<C>x&#46;y</C>\r\n");
+    EXPECT_EQ(clsCeldos().XML(u""), u"");
+    EXPECT_EQ(clsCeldos().Clip(), u"");
+}
+
+TEST_F(Row, ClipNamesJoinsOnePropertyWithTheDelimiter) {
+    add(u"A")->let_Caption(u"Alfa");
+    add(u"B")->let_Caption(u"Beta");
+    add(u"C")->let_Caption(u"Gama");
+    Variant property = kNone;
+    std::u16string comma = u",";
+    EXPECT_EQ(row->ClipNames(property, comma), u"A,B,C");
+    EXPECT_EQ(property, Variant(u"Name")) << "the default is written back";
+    property = Variant(u"");
+    EXPECT_EQ(row->ClipNames(property, comma), u"A,B,C");
+    EXPECT_EQ(property, Variant(u"Name"));
+
+    property = Variant(u"Caption");
+    std::u16string semicolons = u";;";
+    EXPECT_EQ(row->ClipNames(property, semicolons), u"Alfa;;Beta;;Gama");
+    EXPECT_EQ(clsCeldos().ClipNames(property, semicolons), u"");
+}
+
+TEST_F(Row, ClipNamesAddsNumbersTheWayTheLanguagesPlusDoes) {
+    add(u"A")->let_Size(10);
+    add(u"B")->let_Size(20);
+    Variant size(u"Size");
+    std::u16string one = u"1";
+    // ((10 + "1") + 20) + "1" = 32, and the last character is cut as the delimiter.
+    EXPECT_EQ(row->ClipNames(size, one), u"3");
+    std::u16string comma = u",";
+    EXPECT_EQ(error_of([&] { row->ClipNames(size, comma); }).number(), 13);
+}
+
+TEST_F(Row, ClipAttributeKeepsOneTabPerField) {
+    add(u"A", Variant(1), fields::exLong);
+    add(u"B");
+    add(u"C", Variant(u"x"));
+    EXPECT_EQ(row->get_ClipAttribute(), u"1\t\tx\t");
+    row->at(2).load_value(Variant::null());
+    EXPECT_EQ(row->get_ClipAttribute(), u"1\t\t\t");
+    EXPECT_EQ(clsCeldos().get_ClipAttribute(), u"");
+}
+
+TEST_F(Row, ClipHeaderJoinsCaptionsAndFailsWhenEmpty) {
+    add(u"A")->let_Caption(u"Código");
+    add(u"B")->let_Caption(u"Nombre");
+    EXPECT_EQ(row->get_ClipHeader(), u"Código\tNombre");
+    EXPECT_EQ(error_of([] { clsCeldos().get_ClipHeader(); }).number(), 5);
+}
+
+TEST_F(Row, XMLAttributeWritesValuedOrRequiredFields) {
+    add(u"Codigo")->let_Required(true);
+    add(u"Vacio");
+    add(u"Nombre", Variant(u"Peña & \"hijos\""));
+    add(u"Ciudad", Variant(u"Ávila"));
+    EXPECT_EQ(row->get_XMLAttribute(u"UTF-8"),
+              u" Codigo=\"\" Nombre=\"Pe&ntilde;a &amp; &quot;hijos&quot;\" Ciudad=\"Ávila\"");
+    EXPECT_EQ(row->get_XMLAttribute(u"ISO-8859-1"),
+              u" Codigo=\"\" Nombre=\"Pe&ntilde;a &amp; &quot;hijos&quot;\" Ciudad=\"\u00C3\u0081vila\"");
+    EXPECT_EQ(clsCeldos().get_XMLAttribute(u""), u"");
+}
+
+TEST_F(Row, ParseSetsExistingFieldsAndAddsTheRestAsText) {
+    auto codigo = add(u"Codigo", Variant(1), fields::exLong);
+    parse(u" codigo=\"12\" Nombre=\"A&amp;B\" Nota='dijo \"no\"'");
+    ASSERT_EQ(row->size(), 3u);
+    EXPECT_EQ(codigo->get_Value(), Variant(int32_t{12})) << "an existing field takes the value through its Let";
+    EXPECT_EQ(row->at(1).get_Name(), u"Nombre");
+    EXPECT_EQ(row->at(1).get_DataType(), fields::exText);
+    EXPECT_EQ(row->at(1).get_Value(), Variant(u"A&B"));
+    EXPECT_EQ(row->at(1).get_Position(), 1);
+    EXPECT_EQ(row->at(2).get_Value(), Variant(u"dijo \"no\""));
+    std::u16string nothing;
+    EXPECT_TRUE(row->Parse(u"", nothing));
+    EXPECT_EQ(row->size(), 3u);
+}
+
+TEST_F(Row, ParseRaisesAfterApplyingWhatCameBefore) {
+    struct Case {
+        const char16_t* text;
+        const char16_t* description;
+    } cases[] = {
+        {u"A=\"1\" Codigo=12", u"Malformed quotation"},
+        {u"A=\"1\" Co digo=\"1\"", u"Illegal element name: Co digo"},
+        {u"A=\"1\" Codigo =\"1\"", u"Illegal element name: Codigo "},
+        {u"A=\"1\" B=\"x<y\"", u"Bad attribute value encoding"},
+        {u"A=\"1\" ", u"Illegal element name: "},
+        {u"A=\"1\" B= \"2\"", u"Illegal element name: "},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(automation::utf16_to_utf8(c.text));
+        row = automation::make_ref<clsCeldos>();
+        std::u16string text = c.text;
+        auto e = error_of([&] { row->Parse(u"", text); });
+        EXPECT_EQ(e.number(), -2147221504);
+        EXPECT_EQ(e.source(), u"Celdo.Parse");
+        EXPECT_EQ(e.description(), c.description);
+        ASSERT_GE(row->size(), 1u);
+        EXPECT_EQ(row->at(0).get_Value(), Variant(u"1")) << "the attribute before the error stays applied";
+    }
+}
+
+TEST_F(Row, ParseReadsBackEveryValueXMLAttributeWrote) {
+    std::mt19937 random(5);
+    const char16_t* pieces[] = {u"a", u"Ñ", u"á", u"&", u"&amp;", u"<", u">", u"\"", u"'", u"/", u".", u"&#46;",
+                                u"Ó", u"€", u"\u1000", u"\U0001F600", u" ", u"\r\n", u"\t", u"=", u"!", u"[]"};
+    for (std::u16string encode : {u"", u"UTF-8", u"iso-8859-1"}) {
+        clsCeldos written;
+        for (int i = 0; i < 50; ++i) {
+            std::u16string value = u"v";  // never blank, so always written
+            for (int n = 1 + static_cast<int>(random() % 6); n > 0; --n) value += pieces[random() % std::size(pieces)];
+            written.Add(u"C" + automation::utf8_to_utf16(std::to_string(i)), u"", fields::exText, 0, -1, false, u"", u"",
+                        Variant(value), kNone, kNone, kNone);
+        }
+        std::u16string text = written.get_XMLAttribute(encode);
+        row = automation::make_ref<clsCeldos>();
+        parse(text, encode);
+        ASSERT_EQ(row->size(), written.size());
+        for (size_t i = 0; i < written.size(); ++i) EXPECT_EQ(row->at(i).get_Value(), written.at(i).get_Value());
+    }
+}
+
+// Texts beyond 32,767 characters work like short ones rather than overflowing.
+TEST_F(Row, LongTextsGoThroughEveryForm) {
+    std::u16string memo;
+    for (int i = 0; i < 20000; ++i) memo += u"línea 1.5 & <b>\r\n";
+    ASSERT_GT(memo.size(), 300000u);
+    add(u"Memo", Variant(memo), fields::exMemo);
+    add(u"Fin", Variant(u"x"));
+    for (std::u16string encode : {u"UTF-8", u"ISO-8859-1"}) {
+        std::u16string attributes = row->get_XMLAttribute(encode);
+        clsCeldos back;
+        ASSERT_TRUE(back.Parse(encode, attributes));
+        EXPECT_EQ(back.at(0).get_Value(), Variant(memo));
+        EXPECT_EQ(back.at(1).get_Value(), Variant(u"x"));
+
+        std::u16string elements = row->XML(encode);
+        int32_t position = 0;
+        auto loaded = automation::make_ref<clsCeldo>();
+        loaded->LoadElement(encode, position, elements);
+        EXPECT_EQ(loaded->get_OriginalValue(), Variant(memo));
+        loaded->LoadElement(encode, position, elements);
+        EXPECT_EQ(loaded->get_Name(), u"Fin");
+        EXPECT_EQ(position, static_cast<int32_t>(elements.size()));
+    }
+}
+
+}  // namespace
+}  // namespace celdo::collections

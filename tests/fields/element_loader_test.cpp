@@ -1,0 +1,320 @@
+// The element loader: every node kind, the writer's indentation, declarations, each error of
+// malformed text (leaving the field as it was), and the round trip of random field trees.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "automation/convert.hpp"
+#include "automation/text.hpp"
+#include "collections/clsCeldos.hpp"
+#include "fields/clsCeldo.hpp"
+#include "tests/fields/field_support.hpp"
+#include "tests/support/test_support.hpp"
+
+namespace celdo::fields {
+namespace {
+
+using automation::Ref;
+using automation::Variant;
+using celdo::testing::error_of;
+
+const Variant kNone = Variant::missing();
+
+// Loads `text` from `position` into a fresh field; returns the field and leaves the position
+// where the loader put it.
+Ref<clsCeldo> load(std::u16string text, int32_t& position, std::u16string encode = u"") {
+    auto f = automation::make_ref<clsCeldo>();
+    const int32_t result = f->LoadElement(encode, position, text);
+    EXPECT_EQ(result, position) << "the result is the new position";
+    return f;
+}
+
+Ref<clsCeldo> load(std::u16string text, std::u16string encode = u"") {
+    int32_t position = 0;
+    return load(std::move(text), position, std::move(encode));
+}
+
+std::u16string value_of(const clsCeldo& f) { return automation::to_string(f.get_OriginalValue()); }
+
+TEST(LoadElement, ReadsALeafWithItsAttributes) {
+    int32_t position = 0;
+    const std::u16string text = u"<Codigo tipo=\"a&frasl;b\" n='2'>12 &amp; 1&#46;5</Codigo>\r\n<Otro/>";
+    auto f = load(text, position);
+    EXPECT_EQ(f->get_Name(), u"Codigo");
+    EXPECT_EQ(f->get_NodeType(), xntNode);
+    EXPECT_EQ(value_of(*f), u"12 & 1.5");
+    auto attributes = f->get_Attributes();
+    ASSERT_EQ(attributes->size(), 2u);
+    EXPECT_EQ(attributes->at(0).get_Name(), u"tipo");
+    EXPECT_EQ(value_of(attributes->at(0)), u"a/b");
+    EXPECT_EQ(value_of(attributes->at(1)), u"2");
+    EXPECT_EQ(position, static_cast<int32_t>(text.find(u"<Otro"))) << "the line end after the element is taken";
+
+    auto next = load(text, position);
+    EXPECT_EQ(next->get_Name(), u"Otro");
+    EXPECT_EQ(next->get_NodeType(), xntEmpty);
+    EXPECT_EQ(position, static_cast<int32_t>(text.size()));
+}
+
+TEST(LoadElement, ReadsChildrenWithoutTheWritersIndentation) {
+    auto f = load(u"<A>\r\n"
+                  u"  texto  "
+                  u"    <B>1</B>\r\n"
+                  u"  <![CDATA[c&lt;d]]>\r\n"
+                  u"  <!--nota-->\r\n"
+                  u"  <!DOCTYPE html &amp;>\r\n"
+                  u"    <C>\r\n"
+                  u"        <D x=\"1\"/>\r\n"
+                  u"  </C>\r\n"
+                  u" fin"
+                  u"</A>\r\n");
+    auto children = f->get_Children();
+    ASSERT_EQ(children->size(), 7u);
+    EXPECT_EQ(children->at(0).get_NodeType(), xntText);
+    EXPECT_EQ(value_of(children->at(0)), u"  texto  ") << "only the indentation of <B> is removed";
+    EXPECT_EQ(children->at(1).get_Name(), u"B");
+    EXPECT_EQ(value_of(children->at(1)), u"1");
+    EXPECT_EQ(children->at(2).get_NodeType(), xntCDATA);
+    EXPECT_EQ(value_of(children->at(2)), u"c<d");
+    EXPECT_EQ(children->at(3).get_NodeType(), xntComment);
+    EXPECT_EQ(children->at(4).get_NodeType(), xntDOCTYPE);
+    EXPECT_EQ(value_of(children->at(4)), u"html &amp;") << "DOCTYPE is read as written";
+    const clsCeldo& c = children->at(5);
+    ASSERT_EQ(c.get_Children()->size(), 1u);
+    EXPECT_EQ(c.get_Children()->at(0).get_NodeType(), xntEmpty);
+    EXPECT_EQ(value_of(c.get_Children()->at(0).get_Attributes()->at(0)), u"1");
+    EXPECT_EQ(value_of(children->at(6)), u" fin");
+    EXPECT_TRUE(f->get_OriginalValue().is_empty()) << "a node with children holds no value";
+}
+
+TEST(LoadElement, TakesTheEncodingOfTheDeclaration) {
+    // "ñ" as UTF-8 bytes, one code unit each.
+    const std::u16string bytes = u"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<A>\u00C3\u00B1</A>";
+    EXPECT_EQ(value_of(*load(bytes)), u"ñ");
+    EXPECT_EQ(value_of(*load(u"<A>\u00C3\u00B1</A>", u"iso-8859-15")), u"ñ");
+    EXPECT_EQ(value_of(*load(u"<A>\u00C3\u00B1</A>", u"UTF-8")), u"\u00C3\u00B1");
+}
+
+TEST(LoadElement, ReadsTextUpToTheNextTagAndNothingAsEmptyText) {
+    int32_t position = 0;
+    auto text = load(u"  a&amp;b<A/>", position);
+    EXPECT_EQ(text->get_NodeType(), xntText);
+    EXPECT_EQ(value_of(*text), u"  a&b");
+    EXPECT_EQ(position, 9);
+    position = 4;
+    auto nothing = load(u"<A/>", position);
+    EXPECT_EQ(nothing->get_NodeType(), xntText);
+    EXPECT_EQ(value_of(*nothing), u"");
+    EXPECT_EQ(position, 4);
+}
+
+TEST(LoadElement, ReplacesWhatTheFieldHeldButKeepsItsCollections) {
+    auto f = load(u"<A k=\"1\"><B>x</B></A>");
+    auto attributes = f->get_Attributes();
+    auto children = f->get_Children();
+    int32_t position = 0;
+    std::u16string encode;
+    std::u16string text = u"<Z>v</Z>";
+    f->LoadElement(encode, position, text);
+    EXPECT_EQ(f->get_Name(), u"Z");
+    EXPECT_EQ(value_of(*f), u"v");
+    EXPECT_EQ(f->get_Attributes().get(), attributes.get());
+    EXPECT_EQ(attributes->size(), 0u);
+    EXPECT_EQ(children->size(), 0u);
+}
+
+struct Malformed {
+    const char16_t* text;
+    const char16_t* source;
+    const char16_t* description;
+};
+
+TEST(LoadElement, RaisesOnMalformedTextAndLeavesTheFieldAsItWas) {
+    const Malformed cases[] = {
+        {u"<>", u"Celdo.eat", u"Node name required"},
+        {u"< a/>", u"Celdo.eat", u"Node name required"},
+        {u"<a\"b>x</a\"b>", u"Celdo.eat", u"Illegal element name"},
+        {u"<a x=\"1\"", u"Celdo.eat", u"Tag not closed @ 1"},
+        {u"\r\n  <a <b>", u"Celdo.eat", u"Tag not closed @ 5"},
+        {u"<a>text", u"Celdo.eat", u"Node not closed"},
+        {u"<a>\r\n    <b>1</b>\r\n", u"Celdo.eat", u"Node not closed"},
+        {u"<a>x</b>", u"Celdo.eat", u"Badly nested tags"},
+        {u"<a>\r\n    <b>x</a>\r\n</b>", u"Celdo.eat", u"Badly nested tags"},
+        {u"</a>", u"Celdo.eat", u"Badly nested tags"},
+        {u"<a>x</a", u"Celdo.eat", u"Tag not closed"},
+        {u"<a>x</a<b>", u"Celdo.eat", u"Tag not closed"},
+        {u"<!-- x", u"Celdo.eat", u"Comment not closed"},
+        {u"<![CDATA[x", u"Celdo.eat", u"CDATA node not closed"},
+        {u"<!DOCTYPE x", u"Celdo.eat", u"DOCTYPE node not closed"},
+        {u"<!ELEMENT x>", u"Celdo.eat", u"Unsupported <! node type"},
+        {u"<?xml version=\"1.0\"", u"Celdo.eat", u"Tag not closed @ 1"},
+        {u"<?xml version=\"1.0\" encoding=\"\"?><a/>", u"Celdo.eat", u"Illegal encoding"},
+        {u"<a x=1>v</a>", u"XMLReadAttribute", u"Malformed quotation"},
+        {u"<a x=\"1\" y=\"<\">v</a>", u"Celdo.eat", u"Tag not closed @ 1"},
+        {u"<a x\"y=\"1\">v</a>", u"XMLReadAttribute", u"Illegal element name: x\"y"},
+    };
+    for (const Malformed& m : cases) {
+        SCOPED_TRACE(automation::utf16_to_utf8(m.text));
+        auto f = testing::field_of(exLong, u"Previo");
+        f->let_Value(Variant(7));
+        f->get_Children()->Add(u"Hijo", u"", exText, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
+        std::u16string encode;
+        std::u16string text = m.text;
+        int32_t position = 0;
+        auto e = error_of([&] { f->LoadElement(encode, position, text); });
+        EXPECT_EQ(e.number(), -2147221504);
+        EXPECT_EQ(e.source(), m.source);
+        EXPECT_EQ(e.description(), m.description);
+        EXPECT_EQ(position, 0);
+        EXPECT_EQ(f->get_Name(), u"Previo");
+        EXPECT_EQ(f->get_Value(), Variant(7));
+        EXPECT_EQ(f->get_Children()->size(), 1u);
+    }
+}
+
+TEST(LoadElement, RefusesPositionsOutsideTheTextAndRunawayNesting) {
+    auto f = automation::make_ref<clsCeldo>();
+    std::u16string encode;
+    std::u16string text = u"<a/>";
+    int32_t before = -1;
+    int32_t after = 5;
+    EXPECT_EQ(error_of([&] { f->LoadElement(encode, before, text); }).number(), 5);
+    EXPECT_EQ(error_of([&] { f->LoadElement(encode, after, text); }).number(), 5);
+
+    std::u16string deep;
+    for (int i = 0; i < 1000; ++i) deep += u"<a>";
+    int32_t position = 0;
+    EXPECT_EQ(error_of([&] { f->LoadElement(encode, position, deep); }).description(), u"Nesting too deep");
+}
+
+// ---- round trips
+
+// What the writer keeps of a tree, as text, to compare a tree with the one loaded back.
+std::string shape(const clsCeldo& f) {
+    const auto type = f.get_NodeType();
+    std::string out = std::to_string(type);
+    if (type == xntNode || type == xntEmpty) out += "<" + automation::utf16_to_utf8(f.get_Name());
+    const auto& attributes = *f.get_Attributes();
+    if (type == xntNode || type == xntEmpty) {
+        for (size_t i = 0; i < attributes.size(); ++i)
+            // The writer leaves out attributes without value text.
+            if (!automation::to_string(attributes.at(i).get_XMLValue()).empty()) out += " " + automation::utf16_to_utf8(attributes.at(i).get_Name()) + "=[" +
+                   automation::utf16_to_utf8(automation::to_string(attributes.at(i).get_XMLValue())) + "]";
+    }
+    if (type == xntEmpty) return out + "/>";
+    const auto& children = *f.get_Children();
+    if (type == xntNode && children.size() > 0) {
+        out += "{";
+        for (size_t i = 0; i < children.size(); ++i) out += shape(children.at(i)) + ",";
+        return out + "}";
+    }
+    return out + "(" + automation::utf16_to_utf8(automation::to_string(f.get_XMLValue())) + ")";
+}
+
+class RandomTrees {
+public:
+    explicit RandomTrees(unsigned seed) : random_(seed) {}
+
+    Ref<clsCeldo> tree(int depth) {
+        const int kind = pick(depth > 0 ? 8 : 6);
+        auto f = automation::make_ref<clsCeldo>();
+        switch (kind) {
+        case 0: return leaf(xntText, text(true));
+        case 1: return leaf(xntCDATA, text(false));
+        case 2: return leaf(xntComment, text(false));
+        case 3: return leaf(xntDOCTYPE, u"html" + std::u16string(pick(2) ? u" x" : u""));
+        case 4: f->let_NodeType(xntEmpty); break;
+        default: f->let_NodeType(xntNode); break;
+        }
+        f->let_Name(name());
+        for (int n = pick(3); n > 0; --n) {
+            f->get_Attributes()->Add(name(), u"", exText, 0, -1, false, u"", u"", Variant(text(true)), kNone, kNone,
+                                     kNone);
+        }
+        if (kind >= 6) {
+            // Children as the writer can tell them apart: some markup among them, text children
+            // never side by side.
+            bool last_text = false;
+            const int count = 1 + pick(4);
+            const int markup = pick(count);
+            for (int i = 0; i < count; ++i) {
+                Ref<clsCeldo> child = i == markup || last_text ? non_text(depth - 1) : tree(depth - 1);
+                last_text = child->get_NodeType() == xntText;
+                f->get_Children()->Append(child, kNone, kNone, u"");
+            }
+        } else if (kind == 5 && pick(4)) {
+            f->load_value(Variant(text(false)));
+        }
+        return f;
+    }
+
+    Ref<clsCeldo> non_text(int depth) {
+        for (;;) {
+            auto f = tree(depth);
+            if (f->get_NodeType() != xntText) return f;
+        }
+    }
+
+private:
+    static Ref<clsCeldo> leaf(XMLNodeTypes type, std::u16string value) {
+        auto f = automation::make_ref<clsCeldo>();
+        f->let_NodeType(type);
+        f->load_value(Variant(std::move(value)));
+        return f;
+    }
+
+    std::u16string name() {
+        static const char16_t* names[] = {u"A", u"Año", u"a:b", u"1x", u"a\tb", u"campo_1", u"Ñ.x", u"ns-x"};
+        return names[pick(std::size(names))];
+    }
+
+    // Values with everything the escapes and the byte form touch, line ends and blanks
+    // included; text children are never empty.
+    std::u16string text(bool non_empty) {
+        static const char16_t* pieces[] = {u"a",     u"Ñ",      u"á",       u"&",     u"&amp;", u"<",     u">",
+                                           u"\"",    u"'",      u"/",       u".",     u"]]>",   u"!",     u"-->",
+                                           u" ",     u"    ",   u"\r\n",    u"\t",    u"€",     u"\U0001F600", u"&#46;",
+                                           u"Ó",     u"\u1000", u"&frasl;", u"1.5"};
+        std::u16string out;
+        for (int n = pick(5) + (non_empty ? 1 : 0); n > 0; --n) out += pieces[pick(std::size(pieces))];
+        return out;
+    }
+
+    int pick(size_t n) { return static_cast<int>(std::uniform_int_distribution<size_t>(0, n - 1)(random_)); }
+
+    std::mt19937 random_;
+};
+
+TEST(LoadElement, RebuildsEveryTreeTheWriterWrites) {
+    RandomTrees trees(20261122);
+    for (int i = 0; i < 400; ++i) {
+        auto original = trees.tree(3);
+        for (std::u16string encode : {u"", u"UTF-8", u"ISO-8859-1"}) {
+            std::u16string text = original->XML(encode);
+            int32_t position = 0;
+            auto loaded = load(text, position, encode);
+            ASSERT_EQ(shape(*loaded), shape(*original)) << automation::utf16_to_utf8(text);
+            EXPECT_EQ(position, static_cast<int32_t>(text.size()));
+        }
+    }
+}
+
+TEST(LoadElement, ReadsACollectionsElementsOneAfterAnother) {
+    // Text fields side by side would read back as one, so the row holds markup only.
+    RandomTrees trees(7);
+    collections::clsCeldos row;
+    for (int i = 0; i < 20; ++i) row.Append(trees.non_text(2), kNone, kNone, u"");
+    std::u16string text = row.XML(u"ISO-8859-1");
+    int32_t position = 0;
+    size_t i = 0;
+    while (position < static_cast<int32_t>(text.size())) {
+        ASSERT_LT(i, row.size());
+        auto f = load(text, position, u"ISO-8859-1");
+        EXPECT_EQ(shape(*f), shape(row.at(i)));
+        ++i;
+    }
+    EXPECT_EQ(i, row.size());
+}
+
+}  // namespace
+}  // namespace celdo::fields

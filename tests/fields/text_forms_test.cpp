@@ -1,0 +1,241 @@
+// The field's text forms: the value as XML text, the element writer at every nesting level,
+// the clip line, the metadata attributes and their reading back, and by-name access.
+#include <gtest/gtest.h>
+
+#include "automation/recognize.hpp"
+#include "collections/clsCeldos.hpp"
+#include "fields/clsCeldo.hpp"
+#include "tests/fields/field_support.hpp"
+#include "tests/support/test_support.hpp"
+
+namespace celdo::fields {
+namespace {
+
+using automation::Ref;
+using automation::Variant;
+using celdo::testing::error_of;
+using celdo::testing::field_of;
+
+const Variant kNone = Variant::missing();
+
+Ref<clsCeldo> leaf(std::u16string name, Variant value, ExDataType type = exText) {
+    auto f = field_of(type, std::move(name));
+    if (!value.is_empty()) f->let_Value(value);
+    return f;
+}
+
+Ref<clsCeldo> node_of(std::u16string name, XMLNodeTypes type, std::u16string value = u"") {
+    auto f = field_of(exText, std::move(name));
+    f->let_NodeType(type);
+    if (!value.empty()) f->load_value(Variant(value));
+    return f;
+}
+
+void append(clsCeldo& parent, const Ref<clsCeldo>& child) {
+    parent.get_Children()->Append(child, kNone, kNone, u"");
+}
+
+TEST(XMLValue, GivesTheIsoFormsOfDatesAndTimesAndLowerCaseBooleans) {
+    EXPECT_EQ(leaf(u"B", Variant(true), exBoolean)->get_XMLValue(), Variant(u"true"));
+    auto no = field_of(exBoolean);
+    no->load_value(Variant(false));  // a Let refuses False
+    EXPECT_EQ(no->get_XMLValue(), Variant(u"false"));
+    const Variant moment(*automation::make_date(2021, 3, 5, 14, 7, 9));
+    EXPECT_EQ(leaf(u"D", moment, exDateTime)->get_XMLValue(), Variant(u"2021-03-05T14:07:09"));
+    EXPECT_EQ(leaf(u"D", moment, exDate)->get_XMLValue(), Variant(u"2021-03-05"));
+    EXPECT_EQ(leaf(u"D", moment, exTime)->get_XMLValue(), Variant(u"14:07:09"));
+    EXPECT_EQ(leaf(u"N", Variant(1234), exLong)->get_XMLValue(), Variant(u"1234"));
+    EXPECT_EQ(leaf(u"N", Variant(), exLong)->get_XMLValue(), Variant(u""));
+    auto nulled = leaf(u"N", Variant(), exText);
+    nulled->load_value(Variant::null());
+    EXPECT_EQ(nulled->get_XMLValue(), Variant(u""));
+}
+
+TEST(ValueText, EscapesAndUnderAnIso8859NameGivesTheByteForm) {
+    auto f = leaf(u"T", Variant(u"Año 1.5 <Ó>"));
+    EXPECT_EQ(f->value_text(u"UTF-8"), u"A&ntilde;o 1&#46;5 &lt;Ó&gt;");
+    EXPECT_EQ(f->value_text(u""), u"A&ntilde;o 1&#46;5 &lt;Ó&gt;") << "an empty name escapes all the same";
+    // Upper-case accents are not in the entity table: they reach the byte form as UTF-8.
+    EXPECT_EQ(f->value_text(u"iso-8859-1"), u"A&ntilde;o 1&#46;5 &lt;\u00C3\u0093&gt;");
+}
+
+TEST(ElementWriter, WritesLeavesEmptyElementsAndAttributes) {
+    auto f = leaf(u"Codigo", Variant(u"12"));
+    EXPECT_EQ(f->XML(u""), u"<Codigo>12</Codigo>\r\n");
+    EXPECT_EQ(leaf(u"Vacio", Variant())->XML(u""), u"<Vacio></Vacio>\r\n");
+    f->get_Attributes()->Add(u"tipo", u"", exText, 0, -1, false, u"", u"", Variant(u"a/b"), kNone, kNone, kNone);
+    f->get_Attributes()->Add(u"sin", u"", exText, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
+    EXPECT_EQ(f->XML(u"UTF-8"), u"<Codigo tipo=\"a&frasl;b\">12</Codigo>\r\n");
+    f->let_NodeType(xntEmpty);
+    EXPECT_EQ(f->XML(u"UTF-8"), u"<Codigo tipo=\"a&frasl;b\"/>\r\n");
+}
+
+TEST(ElementWriter, IndentsStartLinesTwiceAndClosingLinesOnce) {
+    auto root = node_of(u"A", xntNode);
+    append(*root, leaf(u"B", Variant(u"1")));
+    auto c = node_of(u"C", xntNode);
+    append(*c, leaf(u"D", Variant(u"x")));
+    append(*c, node_of(u"", xntCDATA, u"c<d"));
+    append(*c, node_of(u"", xntComment, u"nota"));
+    append(*c, node_of(u"", xntDOCTYPE, u"html <raw>"));
+    append(*root, c);
+    append(*root, node_of(u"", xntText, u"suelto"));
+    append(*root, node_of(u"E", xntEmpty));
+    EXPECT_EQ(root->XML(u""),
+              u"<A>\r\n"
+              u"    <B>1</B>\r\n"
+              u"    <C>\r\n"
+              u"        <D>x</D>\r\n"
+              u"    <![CDATA[c&lt;d]]>\r\n"
+              u"    <!--nota-->\r\n"
+              u"    <!DOCTYPE html <raw>>\r\n"
+              u"  </C>\r\n"
+              u"suelto"
+              u"    <E/>\r\n"
+              u"</A>\r\n");
+}
+
+TEST(ElementWriter, RefusesUnknownNodeKindsAndRunawayNesting) {
+    auto f = node_of(u"X", static_cast<XMLNodeTypes>(7));
+    auto e = error_of([&] { f->XML(u""); });
+    EXPECT_EQ(e.number(), -2147221504);
+    EXPECT_EQ(e.source(), u"Celdo.XML");
+    EXPECT_EQ(e.description(), u"Illegal Node Type");
+    f->let_NodeType(xntUnknown);
+    EXPECT_EQ(error_of([&] { f->XML(u""); }).description(), u"Required property not initialized");
+
+    // A field among its own children would write forever.
+    auto loop = node_of(u"L", xntNode);
+    append(*loop, loop);
+    EXPECT_EQ(error_of([&] { loop->XML(u""); }).description(), u"Nesting too deep");
+    EXPECT_EQ(error_of([&] { loop->Clip(); }).source(), u"Celdo.Clip");
+    loop->get_Children()->clear();  // break the cycle so the field is released
+}
+
+TEST(ClipWriter, GivesTabbedValuesAndOneLinePerRow) {
+    EXPECT_EQ(leaf(u"A", Variant(u"x"))->Clip(), u"x\t");
+    EXPECT_EQ(leaf(u"A", Variant())->Clip(), u"\t");
+
+    auto row = node_of(u"Fila", xntNode);
+    append(*row, leaf(u"A", Variant(u"1")));
+    append(*row, node_of(u"", xntComment, u"no data"));
+    append(*row, leaf(u"B", Variant()));
+    append(*row, leaf(u"C", Variant(u"z")));
+    EXPECT_EQ(row->Clip(), u"1\t\tz\r\n");
+
+    auto table = node_of(u"Tabla", xntNode);
+    append(*table, row);
+    append(*table, row);
+    EXPECT_EQ(table->Clip(), u"1\t\tz\r\n1\t\tz\r\n") << "rows end their own lines";
+
+    auto odd = node_of(u"X", static_cast<XMLNodeTypes>(9));
+    auto e = error_of([&] { odd->Clip(); });
+    EXPECT_EQ(e.source(), u"Celdo.Clip");
+    EXPECT_EQ(e.description(), u"Illegal Node Type");
+}
+
+class Metadata : public ::testing::Test {
+protected:
+    void SetUp() override {
+        f->let_Caption(u"Código");
+        f->let_Size(10);
+        f->let_Required(true);
+        f->let_UpperCase(true);
+        f->let_Redondeo(2);
+        f->let_Value(Variant(u"ab/1"));
+    }
+    Ref<clsCeldo> f = field_of(exText, u"Codigo");
+};
+
+TEST_F(Metadata, AttributesFollowTheBuiltInOrderAndTheSelection) {
+    std::u16string encode = u"UTF-8";
+    std::u16string selection = u"Value, Caption,Name,Unknown";
+    EXPECT_EQ(f->XMLAttribute(encode, selection), u" Name=\"Codigo\" Caption=\"C&oacute;digo\" Value=\"AB&frasl;1\"");
+    std::u16string all = u"";
+    const std::u16string every = f->XMLAttribute(encode, all);
+    EXPECT_TRUE(every.starts_with(u" Name=\"Codigo\" Caption=\"C&oacute;digo\"")) << automation::utf16_to_utf8(every);
+    EXPECT_NE(every.find(u" DataType=\"1014\" Size=\"10\" Required=\"True\""), std::u16string::npos);
+    EXPECT_NE(every.find(u" Round=\"2\""), std::u16string::npos);
+    EXPECT_EQ(every.find(u"Mask="), std::u16string::npos) << "no extended property Mask, nothing written";
+
+    // Names without a property of their own come from the extended properties.
+    auto extra = Ref<collections::clsCeldos>(dynamic_cast<collections::clsCeldos*>(f->get_ExtendProperties().get()));
+    extra->Add(u"Mask", u"", exText, 0, -1, false, u"", u"", Variant(u"##-##"), kNone, kNone, kNone);
+    std::u16string mask = u"Mask";
+    EXPECT_EQ(f->XMLAttribute(encode, mask), u" Mask=\"##-##\"");
+}
+
+TEST_F(Metadata, ParseReadsBackWhatXMLAttributeWrote) {
+    // Ó and € are outside the entity table, and U+1000's first byte is the code of "á".
+    f->let_Caption(u"Código Ó € \u1000 \"x\" <y> & z.");
+    for (std::u16string encode : {u"UTF-8", u"ISO-8859-1"}) {
+        std::u16string all;
+        std::u16string text = f->XMLAttribute(encode, all);
+        auto copy = field_of(exLong, u"Otro");
+        EXPECT_TRUE(copy->Parse(encode, text));
+        EXPECT_EQ(copy->get_Name(), u"Codigo");
+        EXPECT_EQ(copy->get_Caption(), u"Código Ó € \u1000 \"x\" <y> & z.") << automation::utf16_to_utf8(encode);
+        EXPECT_EQ(copy->get_DataType(), exText);
+        EXPECT_EQ(copy->get_Size(), 10);
+        EXPECT_TRUE(copy->get_Required());
+        EXPECT_EQ(copy->get_Redondeo(), 2);
+        EXPECT_EQ(copy->get_Value(), Variant(u"AB/1"));
+        EXPECT_EQ(copy->get_Position(), f->get_Position());
+    }
+}
+
+TEST_F(Metadata, ParseRaisesTheAttributeReadersErrorsAfterApplyingWhatCameBefore) {
+    std::u16string encode;
+    std::u16string text = u"Caption=\"Nuevo\" Mi Total=\"1\"";
+    auto e = error_of([&] { f->Parse(encode, text); });
+    EXPECT_EQ(e.source(), u"XMLReadAttribute");
+    EXPECT_EQ(e.description(), u"Illegal element name: Mi Total");
+    EXPECT_EQ(f->get_Caption(), u"Nuevo");
+
+    text = u"Size=12";
+    EXPECT_EQ(error_of([&] { f->Parse(encode, text); }).description(), u"Malformed quotation");
+    text = u"Caption=\"a<b\"";
+    EXPECT_EQ(error_of([&] { f->Parse(encode, text); }).description(), u"Bad attribute value encoding");
+    text = u"Mask=\"x\" Caption=\"a&lt;b\"";
+    EXPECT_TRUE(f->Parse(encode, text)) << "unknown names are passed over";
+    EXPECT_EQ(f->get_Caption(), u"a<b");
+}
+
+TEST_F(Metadata, ItemAndSetItemReachPropertiesByName) {
+    EXPECT_EQ(f->Item(u"ucase"), Variant(true));
+    EXPECT_EQ(f->Item(u"Round"), Variant(int16_t{2}));
+    EXPECT_EQ(f->Item(u"CAPTION"), Variant(u"Código"));
+    EXPECT_EQ(f->Item(u"OldValue"), f->get_OldValue());
+    EXPECT_TRUE(f->Item(u"NoSuchName").is_empty());
+
+    auto set = [&](std::u16string name, Variant value) { f->SetItem(name, value); };
+    set(u"Required", Variant(u"FALSE"));
+    EXPECT_FALSE(f->get_Required());
+    set(u"Required", Variant(u"1"));
+    EXPECT_TRUE(f->get_Required());
+    set(u"Visible", Variant(u"0"));
+    EXPECT_FALSE(f->get_Visible());
+    set(u"Ucase", Variant(u"false"));
+    EXPECT_FALSE(f->get_UpperCase());
+    set(u"Round", Variant(u"3"));
+    EXPECT_EQ(f->get_Redondeo(), 3);
+    set(u"DataType", Variant(u"1004"));
+    EXPECT_EQ(f->get_DataType(), exLong);
+    set(u"Value", Variant(u"42"));
+    EXPECT_EQ(f->get_Value(), Variant(int32_t{42}));
+    set(u"NoSuchName", Variant(u"x"));
+    EXPECT_EQ(error_of([&] { set(u"Value", Variant(u"abc")); }).number(), -2147221504) << "the Let still validates";
+}
+
+TEST(Decondign, UndoesTheByteFormAndTheEntities) {
+    auto f = field_of(exText);
+    std::u16string bytes = u"A&ntilde;o \u00C3\u0093 &amp;lt;";
+    EXPECT_EQ(f->Decondign(u"ISO-8859-15", bytes), u"Año Ó &lt;");
+    std::u16string escaped = u"C&oacute;digo \u00C3\u0093";
+    EXPECT_EQ(f->Decondign(u"UTF-8", escaped), u"Código \u00C3\u0093") << "no byte form outside ISO-8859";
+    std::u16string names = u"&amp;#46; &amp;frasl; &#65; &AMP;";
+    EXPECT_EQ(f->Decondign(u"", names), u"&#46; &frasl; &#65; &AMP;") << "each entity decodes once";
+}
+
+}  // namespace
+}  // namespace celdo::fields
