@@ -9,31 +9,14 @@
 #include <vector>
 
 #include "automation/text.hpp"
-#include "xml/text.hpp"
+#include "tests/xml/entity_reference.hpp"
 
 namespace celdo::xml {
 namespace {
 
-using Row = std::pair<std::u16string_view, std::u16string_view>;
-
-// The tables as the dialect defines them, applied row after row (the reference).
-const std::vector<Row> kEncodeRows = {
-    {u"&", u"&amp;"},     {u"<", u"&lt;"},      {u">", u"&gt;"},      {u"\"", u"&quot;"},   {u"'", u"&apos;"},
-    {u"/", u"&frasl;"},   {u".", u"&#46;"},     {u"á", u"&aacute;"},  {u"é", u"&eacute;"},  {u"í", u"&iacute;"},
-    {u"ó", u"&oacute;"},  {u"ú", u"&uacute;"},  {u"ñ", u"&ntilde;"},  {u"à", u"&agrave;"},  {u"è", u"&egrave;"},
-    {u"ò", u"&ograve;"},  {u"[", u"&#91;"},     {u"]", u"&#93;"},     {u"!", u"&#33;"},
-};
-const std::vector<Row> kDecodeRows = {
-    {u"&ensp;", u" "},    {u"&apos;", u"'"},    {u"&quot;", u"\""},   {u"&gt;", u">"},      {u"&lt;", u"<"},
-    {u"&amp;", u"&"},     {u"&#46;", u"."},     {u"&aacute;", u"á"},  {u"&eacute;", u"é"},  {u"&iacute;", u"í"},
-    {u"&oacute;", u"ó"},  {u"&uacute;", u"ú"},  {u"&ntilde;", u"ñ"},  {u"&agrave;", u"à"},  {u"&egrave;", u"è"},
-    {u"&ograve;", u"ò"},  {u"&#91;", u"["},     {u"&#93;", u"]"},     {u"&#33;", u"!"},     {u"&frasl;", u"/"},
-};
-
-std::u16string row_by_row(std::u16string text, const std::vector<Row>& rows) {
-    for (const auto& [find, replacement] : rows) text = replace_all(text, find, replacement);
-    return text;
-}
+using reference::kDecodeRows;
+using reference::kEncodeRows;
+using reference::row_by_row;
 
 TEST(Entities, EveryEncodeRow) {
     for (const auto& [character, entity] : kEncodeRows) EXPECT_EQ(encode_entities(character), entity);
@@ -77,9 +60,15 @@ TEST(Entities, SinglePassMatchesRowByRowOnRandomTexts) {
         for (int n = length(random); n > 0; --n) text += pieces[pick(random)];
         ASSERT_EQ(decode_entities(text), row_by_row(text, kDecodeRows)) << automation::utf16_to_utf8(text);
         ASSERT_EQ(encode_entities(text), row_by_row(text, kEncodeRows)) << automation::utf16_to_utf8(text);
+        ASSERT_EQ(unescape_entities(encode_entities(text)), text) << automation::utf16_to_utf8(text);
     }
     const std::u16string long_run(20000, u'&');
     EXPECT_EQ(encode_entities(long_run), row_by_row(long_run, kEncodeRows));
+}
+
+TEST(Entities, UnescapeDecodesEachEntityOnceWhereItStands) {
+    EXPECT_EQ(unescape_entities(u"&amp;#46; &amp;lt; &#46;&ensp;&frasl;"), u"&#46; &lt; . /");
+    EXPECT_EQ(unescape_entities(u"&AMP; &#65; &amp &"), u"&AMP; &#65; &amp &");
 }
 
 TEST(Utf8, EncodesUnitByUnit) {
