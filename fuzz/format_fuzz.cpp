@@ -6,6 +6,7 @@
 
 #include "automation/error.hpp"
 #include "automation/format.hpp"
+#include "fuzz/fuzz_input.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace celdo::automation;
@@ -14,8 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                               Variant(u"texto"), Variant::null(), Variant(), Variant(Currency{-12345}),
                               Variant(true), Variant(u"1234.5")};
     const Variant& value = values[data[0] % (sizeof values / sizeof values[0])];
-    std::u16string text((size - 1) / 2, u'\0');
-    for (size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char16_t>(data[1 + 2 * i] | (data[2 + 2 * i] << 8));
+    const std::u16string text = celdo::fuzz::utf16_of(data + 1, size - 1);
     try {
         Variant out = format(value, text);
         if (!out.is_string() && !out.is_null()) __builtin_trap();

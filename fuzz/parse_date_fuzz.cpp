@@ -7,11 +7,11 @@
 
 #include "automation/convert.hpp"
 #include "automation/recognize.hpp"
+#include "fuzz/fuzz_input.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace celdo::automation;
-    std::u16string text(size / 2, u'\0');
-    for (size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char16_t>(data[2 * i] | (data[2 * i + 1] << 8));
+    const std::u16string text = celdo::fuzz::utf16_of(data, size);
     const Locale locale = Locale::english_united_states();
     auto d = parse_date(text, locale);
     if (!d) return 0;
