@@ -19,7 +19,9 @@ std::u16string decode_entities(std::u16string_view text);
 std::u16string unescape_entities(std::u16string_view text);
 
 // One code unit per byte of the UTF-8 form; surrogates are encoded one by one (three bytes
-// each), as the dialect has always written them.
+// each), as the dialect has always written them. Code units from U+8000 up (CJK, surrogates)
+// are coded like any other: the 16-bit shifts that once overflowed on them are not carried
+// over, any more than the 32,767-character limit, so such text round-trips instead of failing.
 std::u16string utf8_encode(std::u16string_view text);
 // The inverse; a malformed sequence (a four-byte lead, a missing or wrong continuation, a
 // sequence cut short by the end) returns the input unchanged.
