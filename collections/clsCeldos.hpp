@@ -45,8 +45,8 @@ public:
 
     // ---- text forms
     std::u16string Clip() const { return clips(0); }
-    // An Empty, missing or empty Propertie becomes "Name", written back to the caller.
-    std::u16string ClipNames(Variant& Propertie, std::u16string& Delimiter) const;
+    // An empty (or left out) Propertie becomes "Name", written back to the caller.
+    std::u16string ClipNames(std::u16string& Propertie, std::u16string& Delimiter) const;
     std::u16string get_ClipAttribute() const;
     std::u16string get_ClipHeader() const;
     std::u16string XML(const std::u16string& Encode) const { return elements(Encode, 0); }

@@ -23,10 +23,9 @@ std::u16string clsCeldos::clips(int level) const {
     return out;
 }
 
-std::u16string clsCeldos::ClipNames(Variant& Propertie, std::u16string& Delimiter) const {
-    if (Propertie.is_empty() || Propertie.is_missing() || (Propertie.is_string() && Propertie.as_string().empty()))
-        Propertie = Variant(u"Name");
-    const std::u16string property = automation::to_string(Propertie);
+std::u16string clsCeldos::ClipNames(std::u16string& Propertie, std::u16string& Delimiter) const {
+    if (Propertie.empty()) Propertie = u"Name";
+    const std::u16string& property = Propertie;
     const Variant delimiter(Delimiter);
     // Joined with the language's "+": a numeric property meeting a numeric text adds up, and
     // one meeting any other text is a type mismatch, as hosts have always seen.
