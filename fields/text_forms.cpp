@@ -80,7 +80,9 @@ std::u16string clsCeldo::element(std::u16string_view encoding, int level) const 
     case xntText: return value_text(encoding);
     case xntCDATA: return indent + u"<![CDATA[" + value_text(encoding) + u"]]>" + std::u16string(kLineEnd);
     case xntComment: return indent + u"<!--" + value_text(encoding) + u"-->" + std::u16string(kLineEnd);
-    case xntDOCTYPE: return indent + u"<!DOCTYPE " + automation::to_string(value_) + u">" + std::u16string(kLineEnd);
+    case xntDOCTYPE:
+        return indent + u"<!DOCTYPE " + automation::concat(Variant(u""), get_Value()).as_string() + u">" +
+               std::u16string(kLineEnd);
     default: illegal_node(u"Celdo.XML");
     }
 }
@@ -111,7 +113,8 @@ std::u16string clsCeldo::clip(int level) const {
 }
 
 // FieldAttributes, a comma-separated list of names, selects which of the written properties
-// appear; an empty selection writes them all. A property is written only when it has text.
+// appear, in the built-in order (names outside it are passed over); an empty selection writes
+// them all. A property is written only when it has text.
 std::u16string clsCeldo::XMLAttribute(std::u16string& Encode, std::u16string& FieldAttributes) const {
     std::vector<std::u16string> selection;
     for (size_t start = 0; start <= FieldAttributes.size();) {
@@ -125,7 +128,7 @@ std::u16string clsCeldo::XMLAttribute(std::u16string& Encode, std::u16string& Fi
     for (std::u16string_view name : kWrittenProperties) {
         if (!selection.empty() && !known(name, selection)) continue;
         const Variant value = Item(std::u16string(name));
-        if (value.is_empty() || value.is_null()) continue;
+        if (value.is_empty() || value.is_null() || value.is_object()) continue;  // objects have no text
         const std::u16string text = automation::to_string(value);
         if (text.empty()) continue;
         // Written for the attribute reader, which decodes entities before the byte form: so

@@ -165,6 +165,15 @@ TEST_F(Metadata, AttributesFollowTheBuiltInOrderAndTheSelection) {
     EXPECT_EQ(f->XMLAttribute(encode, mask), u" Mask=\"##-##\"");
 }
 
+TEST(FieldAttributes, LeaveOutValuesWithoutText) {
+    // A Null object field reads as a new collection: no text to write, and no error.
+    auto f = field_of(exObject, u"Obj");
+    std::u16string encode, all;
+    const std::u16string text = f->XMLAttribute(encode, all);
+    EXPECT_EQ(text.find(u" Value="), std::u16string::npos);
+    EXPECT_NE(text.find(u" Name=\"Obj\""), std::u16string::npos);
+}
+
 TEST_F(Metadata, ParseReadsBackWhatXMLAttributeWrote) {
     // Ó and € are outside the entity table, and U+1000's first byte is the code of "á".
     f->let_Caption(u"Código Ó € \u1000 \"x\" <y> & z.");
