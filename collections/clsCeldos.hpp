@@ -53,6 +53,26 @@ public:
     std::u16string get_XMLAttribute(const std::u16string& Encode) const;
     bool Parse(const std::u16string& Encode, std::u16string& rstrXML);
 
+    // ---- state operations
+    void Initialize();
+    void Clear();
+    void SetNew();
+    // By position; the audit fields are never overwritten.
+    void Assing(Ref<clsCeldos>& Values);
+    // By name, each value read from the other field's property named Property.
+    void Update(Ref<clsCeldos>& Values, const std::u16string& Property);
+    void CancelUpdate();
+    void Updated();
+    void let_Direction(fields::exDirection value);
+    void ChangeOperator(fields::TypeOperator vOperator);
+    bool ValidateRequired(std::u16string& Msg, fields::exEdit oEditMode);
+
+    // ---- ranges
+    Ref<clsCeldos> Range(const std::u16string& vCeldos) const;
+    Ref<clsCeldos> RangeAs(const std::u16string& vCeldos) const;
+    Ref<clsCeldos> RangeEx(const std::u16string& vCeldos) const;
+    Ref<clsCeldos> RangeExAs(const std::u16string& vCeldos) const;
+
     // The fields' forms at a nesting level, joined in order; a field's writer calls these for
     // its children.
     std::u16string elements(std::u16string_view encoding, int level) const;
@@ -70,6 +90,10 @@ private:
     std::optional<size_t> position_of(const Variant& index) const;
     // Sets the field found under its own name to the last position (Appends and AppendsAs).
     void renumber_last(const Field& field);
+    // The ranges: the fields a list names, or the others, shared or copied into a new collection.
+    Ref<clsCeldos> named(const std::u16string& list, bool copy) const;
+    Ref<clsCeldos> others(const std::u16string& list, bool copy) const;
+    static void add_to(clsCeldos& result, Ref<Field> field, bool copy);
 
     KeyedList<Ref<Field>> items_;
 };

@@ -66,4 +66,30 @@ Attribute read_attribute(std::u16string_view encoding, size_t& position, std::u1
     return a;
 }
 
+std::vector<std::u16string> cut_names(std::u16string_view list) {
+    std::vector<std::u16string> names;
+    size_t at = 0;
+    while (at < list.size()) {
+        while (at < list.size() && list[at] == u' ') ++at;
+        std::u16string_view item;
+        if (at < list.size() && list[at] == u'"') {
+            const size_t open = at + 1;
+            size_t close = list.find(u"\",", open);
+            if (close == std::u16string_view::npos) close = list.find(u'"', open);
+            if (close == std::u16string_view::npos) close = list.size();  // an unclosed quote runs to the end
+            item = list.substr(open, close - open);
+            at = close + 1;
+            if (at < list.size() && list[at] == u',') ++at;
+        } else {
+            size_t comma = list.find(u',', at);
+            if (comma == std::u16string_view::npos) comma = list.size();
+            item = list.substr(at, comma - at);
+            at = comma + 1;
+        }
+        item = automation::trim(item);
+        if (!item.empty()) names.emplace_back(item);
+    }
+    return names;
+}
+
 }  // namespace celdo::xml

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "automation/error.hpp"
 
@@ -42,5 +43,11 @@ Attribute read_attribute(std::u16string_view encoding, size_t& position, std::u1
 // The same reading with the value left as written, for readers that decode it their own way;
 // errors carry `source`.
 Attribute read_raw_attribute(std::u16string_view source, size_t& position, std::u16string_view text);
+
+// The names of a comma-separated list, cut from the front: an item runs to the next ",", or,
+// when it begins with a double quote (blanks before it aside), to the next quote followed by
+// "," (else the next quote), so a quoted name may hold commas. Items are trimmed; empty ones
+// are left out.
+std::vector<std::u16string> cut_names(std::u16string_view list);
 
 }  // namespace celdo::xml
