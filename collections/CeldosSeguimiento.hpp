@@ -1,0 +1,35 @@
+#pragma once
+// CeldosSeguimiento: the four audit-trail fields, created with fixed metadata and replaceable
+// through their properties (plain references: no copy, no check).
+
+#include "automation/component.hpp"
+#include "collections/CeldosSeguimiento.gen.hpp"
+#include "collections/clsCeldos.hpp"
+
+namespace celdo::collections {
+
+class CeldosSeguimiento final : public automation::Declared<CeldosSeguimiento> {
+public:
+    using Field = automation::Ref<fields::clsCeldo>;
+
+    CeldosSeguimiento();
+
+    Field get_NProfile() const { return n_profile_; }
+    void set_NProfile(Field value) { n_profile_ = std::move(value); }
+    Field get_UProfile() const { return u_profile_; }
+    void set_UProfile(Field value) { u_profile_ = std::move(value); }
+    Field get_NFecha() const { return n_fecha_; }
+    void set_NFecha(Field value) { n_fecha_ = std::move(value); }
+    Field get_UFecha() const { return u_fecha_; }
+    void set_UFecha(Field value) { u_fecha_ = std::move(value); }
+    // A new collection on every call, of the same four field objects.
+    automation::Ref<clsCeldos> Registro() const;
+
+private:
+    Field n_profile_;
+    Field u_profile_;
+    Field n_fecha_;
+    Field u_fecha_;
+};
+
+}  // namespace celdo::collections
