@@ -13,6 +13,7 @@ namespace celdo::automation {
 
 class Variant;
 struct Argument;
+class ObjectRegistry;
 
 // Kinds of a late-bound call; the values are those of IDispatch so they cross unchanged.
 enum Call : uint16_t {
@@ -26,8 +27,25 @@ enum Call : uint16_t {
 inline constexpr int32_t kDefaultMember = 0;
 inline constexpr int32_t kNewEnumMember = -4;
 
+class Object;
+
+// Receives the objects that another object holds strong references to (see
+// Object::visit_references).
+class ReferenceVisitor {
+public:
+    virtual void visit(const Object* target) = 0;
+    void visit(const Variant& value);  // the object a Variant holds, if any (arrays are not entered)
+
+protected:
+    ~ReferenceVisitor() = default;
+};
+
 // Reference counts are plain integers: objects live in one apartment and are only ever
-// touched from the thread that created them.
+// touched from the thread that created them. Every object is registered with its thread's
+// registry (automation/lifetime.hpp), which counts them and collects the cycles that reference
+// counting alone would leak. Releasing the last reference destroys the object, and whatever
+// that releases in turn is destroyed in a loop rather than by recursion, so that a long chain
+// of objects cannot exhaust the stack.
 class Object {
 public:
     Object(const Object&) = delete;
@@ -35,7 +53,7 @@ public:
 
     void add_ref() const noexcept { ++refs_; }
     void release() const noexcept {
-        if (--refs_ == 0) delete this;
+        if (--refs_ == 0) destroy();
     }
     uint32_t ref_count() const noexcept { return refs_; }
 
@@ -47,12 +65,29 @@ public:
     // and the caller copies it back. Failures throw AutomationError.
     virtual Variant invoke(int32_t member, uint16_t call, std::span<Argument> args) = 0;
 
+    // For the cycle collector: every strong reference this object holds to another object,
+    // each exactly once. An object that reports none is never part of a collected cycle (the
+    // safe default: what it holds simply stays alive while it does).
+    virtual void visit_references(ReferenceVisitor&) const {}
+    // Drops every reference visit_references reports. Called only on objects the collector has
+    // found unreachable, just before they are released; they are never used again.
+    virtual void drop_references() {}
+
 protected:
-    Object() = default;
-    virtual ~Object() = default;
+    Object();
+    virtual ~Object();
 
 private:
+    friend class ObjectRegistry;
+    void destroy() const noexcept;
+
     mutable uint32_t refs_ = 0;
+    // The registry's list and the collector's scratch.
+    ObjectRegistry* registry_ = nullptr;
+    Object* prev_ = nullptr;
+    Object* next_ = nullptr;
+    int64_t gc_refs_ = 0;
+    bool reachable_ = false;
 };
 
 // An owning reference to a counted object; null stands for Nothing.

@@ -25,6 +25,11 @@ public:
     // A new collection on every call, of the same four field objects.
     automation::Ref<clsCeldos> Registro() const;
 
+    void visit_references(automation::ReferenceVisitor& visitor) const override {
+        for (const Field* f : {&n_profile_, &u_profile_, &n_fecha_, &u_fecha_}) visitor.visit(f->get());
+    }
+    void drop_references() override { n_profile_ = u_profile_ = n_fecha_ = u_fecha_ = nullptr; }
+
 private:
     Field n_profile_;
     Field u_profile_;

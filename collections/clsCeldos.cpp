@@ -1,11 +1,14 @@
 #include "collections/clsCeldos.hpp"
 
+#include <algorithm>
+
 #include "automation/convert.hpp"
 #include "automation/enumerator.hpp"
 #include "automation/error.hpp"
 #include "automation/language.hpp"
 #include "automation/textops.hpp"
 #include "fields/data_types.hpp"
+#include "fields/errors.hpp"
 
 namespace celdo::collections {
 
@@ -231,8 +234,45 @@ automation::Ref<fields::clsCeldo> clsCeldos::Duplicate(Ref<Field>& rOriginal, st
         else copy->let_Value(value);
     }
     copy->let_Updated(true);
-    if (original.get_HasChildren()) copy->get_Children()->AppendsAs(original.get_Children(), Variant::missing(), Variant::missing());
+    if (original.get_HasChildren()) copy_children(original, *copy);
     return copy;
+}
+
+namespace {
+
+// The fields whose children are being copied, outermost first, on this thread.
+struct CopyWalk {
+    std::vector<const fields::clsCeldo*> path;
+    bool too_deep = false;
+};
+thread_local CopyWalk* g_copy_walk = nullptr;
+
+}  // namespace
+
+// A deep copy follows Children like the writers do: a tree deeper than they write, or one that
+// holds a field among its own descendants (a cycle, endlessly deep), is refused as a whole by
+// the outermost Duplicate, since AppendsAs would otherwise pass over the failing child silently.
+void clsCeldos::copy_children(const Field& original, Field& copy) {
+    CopyWalk outermost;
+    const bool top = g_copy_walk == nullptr;
+    if (top) g_copy_walk = &outermost;
+    CopyWalk& walk = *g_copy_walk;
+    const bool cycle = std::find(walk.path.begin(), walk.path.end(), &original) != walk.path.end();
+    if (cycle || walk.path.size() >= static_cast<size_t>(Field::kMaxNesting)) walk.too_deep = true;
+    if (!walk.too_deep) {
+        walk.path.push_back(&original);
+        try {
+            copy.get_Children()->AppendsAs(original.get_Children(), Variant::missing(), Variant::missing());
+        } catch (...) {
+            walk.path.pop_back();
+            if (top) g_copy_walk = nullptr;
+            throw;
+        }
+        walk.path.pop_back();
+    }
+    if (!top) return;
+    g_copy_walk = nullptr;
+    if (walk.too_deep) throw AutomationError(fields::kObjectError, u"Celdo.Duplicate", u"Nesting too deep");
 }
 
 }  // namespace celdo::collections

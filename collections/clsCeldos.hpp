@@ -78,6 +78,12 @@ public:
     std::u16string elements(std::u16string_view encoding, int level) const;
     std::u16string clips(int level) const;
 
+    // The fields it holds, for the cycle collector.
+    void visit_references(automation::ReferenceVisitor& visitor) const override {
+        items_.for_each_copy([&](const Ref<Field>& f) { visitor.visit(f.get()); });
+    }
+    void drop_references() override { items_.clear(); }
+
     // For the library's own walks: 0-based positions, lookup without side effects.
     size_t size() const noexcept { return items_.size(); }
     Field& at(size_t index) const { return *items_.at(index); }
@@ -94,6 +100,8 @@ private:
     Ref<clsCeldos> named(const std::u16string& list, bool copy) const;
     Ref<clsCeldos> others(const std::u16string& list, bool copy) const;
     static void add_to(clsCeldos& result, Ref<Field> field, bool copy);
+    // Duplicate's deep copy of the children, refusing runaway depth and cycles.
+    static void copy_children(const Field& original, Field& copy);
 
     KeyedList<Ref<Field>> items_;
 };

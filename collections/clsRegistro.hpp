@@ -27,6 +27,11 @@ public:
     void Clear() { rows_.clear(); }
     bool Exist(const std::u16string& Name) const { return rows_.find(Name) != nullptr; }
 
+    void visit_references(automation::ReferenceVisitor& visitor) const override {
+        rows_.for_each_copy([&](const Row& r) { visitor.visit(r.get()); });
+    }
+    void drop_references() override { rows_.clear(); }
+
 private:
     size_t position_of(const Variant& index) const;
 

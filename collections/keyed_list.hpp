@@ -73,6 +73,16 @@ public:
         items_.clear();
     }
 
+    // Calls `f` on every stored copy of the items: a keyed item is held twice, in its position
+    // and in its index entry (for whoever counts references).
+    template <class F>
+    void for_each_copy(F&& f) const {
+        for (const auto& position : items_) {
+            f(position.item);
+            if (position.entry) f(position.entry->item);
+        }
+    }
+
     std::vector<T> snapshot() const {
         std::vector<T> out;
         out.reserve(items_.size());

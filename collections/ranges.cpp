@@ -2,6 +2,7 @@
 // every other field in this collection's order; shared, or as copies.
 #include <unordered_set>
 
+#include "automation/error.hpp"
 #include "automation/textops.hpp"
 #include "collections/clsCeldos.hpp"
 #include "xml/reader.hpp"
@@ -24,14 +25,17 @@ struct NameSet {
 }  // namespace
 
 // Shared fields are appended as they are (Append keys each by its name, a repeat unkeyed);
-// copies go through AppendAs, which duplicates.
+// copies go through AppendAs, which duplicates. A field that cannot be added is passed over.
 void clsCeldos::add_to(clsCeldos& result, Ref<Field> field, bool copy) {
     const Variant none = Variant::missing();
-    if (copy) {
-        Variant value = none;
-        result.AppendAs(field, u"", value, none, none);
-    } else {
-        result.Append(std::move(field), none, none, u"");
+    try {
+        if (copy) {
+            Variant value = none;
+            result.AppendAs(field, u"", value, none, none);
+        } else {
+            result.Append(std::move(field), none, none, u"");
+        }
+    } catch (const automation::AutomationError&) {
     }
 }
 

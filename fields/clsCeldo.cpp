@@ -17,6 +17,24 @@ clsCeldo::clsCeldo()
 
 clsCeldo::~clsCeldo() = default;
 
+void clsCeldo::visit_references(automation::ReferenceVisitor& visitor) const {
+    visitor.visit(extend_properties_.get());
+    visitor.visit(children_.get());
+    visitor.visit(attributes_.get());
+    visitor.visit(column_header_.get());
+    visitor.visit(value_);
+    visitor.visit(old_value_);
+    visitor.visit(default_value_);
+}
+
+void clsCeldo::drop_references() {
+    extend_properties_ = nullptr;
+    children_ = nullptr;
+    attributes_ = nullptr;
+    column_header_ = nullptr;
+    value_ = old_value_ = default_value_ = Variant();
+}
+
 automation::Ref<collections::clsCeldos> clsCeldo::get_Children() const { return children_; }
 
 automation::Ref<collections::clsCeldos> clsCeldo::get_Attributes() const { return attributes_; }

@@ -161,6 +161,10 @@ public:
         old_value_ = value;
     }
 
+    // What it holds: its collections, its extended properties and any object among its values.
+    void visit_references(automation::ReferenceVisitor& visitor) const override;
+    void drop_references() override;
+
 private:
     // Judges a candidate value; may rewrite it where the rules say so (Date() and the like).
     bool validate(Variant& w) const;
