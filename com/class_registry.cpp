@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "automation/error.hpp"
+#include "automation/lifetime.hpp"
 #include "com/dual_object.hpp"
 #include "com/private_iids.hpp"
 
@@ -50,7 +51,34 @@ void lock_module(bool lock) noexcept {
     if (lock) ++g_locks;
     else --g_locks;
 }
-bool module_in_use() noexcept { return g_objects > 0 || g_locks > 0; }
+void object_released() noexcept {
+    if (!automation::OutsideCall::none()) return;
+    auto& registry = automation::ObjectRegistry::current();
+    if (g_objects == 0) registry.collect();
+    else registry.collect_if_due();
+}
+
+bool module_in_use() noexcept { return g_objects > 0 || g_locks > 0 || automation::live_objects() > 0; }
+
+HRESULT can_unload() noexcept {
+    if (automation::OutsideCall::none()) automation::ObjectRegistry::current().collect();
+    return module_in_use() ? S_FALSE : S_OK;
+}
+
+void report_lifetime() noexcept {
+    wchar_t path[MAX_PATH];
+    const DWORD length = GetEnvironmentVariableW(L"CELDO_LIFETIME_REPORT", path, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH) return;
+    char line[160];
+    const int size = wsprintfA(line, "live objects %lu, COM objects %ld, locks %ld, DllCanUnloadNow %s\r\n",
+                               static_cast<unsigned long>(automation::live_objects()), g_objects.load(),
+                               g_locks.load(), module_in_use() ? "S_FALSE" : "S_OK");
+    HANDLE file = CreateFileW(path, FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return;
+    DWORD written = 0;
+    WriteFile(file, line, static_cast<DWORD>(size), &written, nullptr);
+    CloseHandle(file);
+}
 
 HMODULE module_handle() noexcept { return g_module; }
 void set_module_handle(HMODULE module) noexcept { g_module = module; }

@@ -42,11 +42,18 @@ const ComClass* find_class(const automation::ClassInfo& info);
 // the same object reached twice is the same to the host. Returned with a reference added.
 IUnknown* com_object_for(automation::Component& core);
 
-// Module state for DllCanUnloadNow.
+// Module state for DllCanUnloadNow: COM objects, locks, and the library's own objects.
 void object_created() noexcept;
 void object_destroyed() noexcept;
+// After a host released a COM object for the last time: outside every call, the cycles left
+// unreachable are collected (all of them once the host holds no COM object at all).
+void object_released() noexcept;
 void lock_module(bool lock) noexcept;
 bool module_in_use() noexcept;
+// DllCanUnloadNow's answer, after collecting what can be.
+HRESULT can_unload() noexcept;
+// One line of counts appended to the file named by CELDO_LIFETIME_REPORT, if set.
+void report_lifetime() noexcept;
 
 HMODULE module_handle() noexcept;
 void set_module_handle(HMODULE module) noexcept;

@@ -185,7 +185,10 @@ DualObjectBase::~DualObjectBase() {
 
 ULONG DualObjectBase::release() noexcept {
     ULONG n = --refs_;
-    if (n == 0) delete this;
+    if (n == 0) {
+        delete this;
+        object_released();
+    }
     return n;
 }
 
@@ -218,6 +221,7 @@ HRESULT DualObjectBase::ids_of_names(REFIID riid, LPOLESTR* names, UINT count, D
 HRESULT DualObjectBase::invoke(DISPID id, REFIID riid, WORD flags, DISPPARAMS* params, VARIANT* result,
                                EXCEPINFO* exception, UINT* arg_error) noexcept {
     if (riid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+    HostCall host_call;
     const automation::MemberInfo* member = automation::find_member(core_->class_info(), id);
     if (!member) return DISP_E_MEMBERNOTFOUND;
     DISPPARAMS none{nullptr, nullptr, 0, 0};

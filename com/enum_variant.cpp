@@ -1,6 +1,7 @@
 #include "com/enum_variant.hpp"
 
 #include "com/bridge.hpp"
+#include "com/host_call.hpp"
 #include "com/unknown.hpp"
 
 namespace celdo::com {
@@ -14,6 +15,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) override {
         if (!items || (count > 1 && !fetched)) return E_POINTER;
+        HostCall call;
         ULONG got = 0;
         try {
             automation::Variant item;

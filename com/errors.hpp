@@ -8,6 +8,7 @@
 #include <new>
 
 #include "automation/error.hpp"
+#include "com/host_call.hpp"
 
 namespace celdo::com {
 
@@ -27,6 +28,7 @@ automation::AutomationError error_from_call(HRESULT hr, EXCEPINFO* info);
 // COM boundary.
 template <class F>
 HRESULT guarded(REFIID iid, F&& body) noexcept {
+    HostCall call;
     try {
         body();
         return S_OK;

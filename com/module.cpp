@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <objbase.h>
 
+#include <vector>
+
 #include "automation/component.hpp"
 #include "automation/dispatch.hpp"
 #include "com/class_registry.hpp"
@@ -12,9 +14,24 @@
 namespace celdo::com {
 namespace {
 
-class ClassFactory final : public SingleInterface<IClassFactory> {
+// One class object per class, for the life of the module. As COM's rules for in-process servers
+// have it, references to class objects do not keep the module loaded (a client that keeps one
+// calls LockServer): script engines hold on to the class objects of what they created.
+class ClassFactory final : public IClassFactory {
 public:
-    explicit ClassFactory(const ComClass& cls) : SingleInterface(IID_IClassFactory), class_(cls) {}
+    explicit ClassFactory(const ComClass& cls) : class_(cls) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
+        if (!out) return E_POINTER;
+        if (riid == IID_IUnknown || riid == IID_IClassFactory) {
+            *out = static_cast<IClassFactory*>(this);
+            return S_OK;
+        }
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid, void** out) override {
         if (!out) return E_POINTER;
@@ -40,6 +57,15 @@ private:
     const ComClass& class_;
 };
 
+ClassFactory& class_object(const ComClass& cls) {
+    // Made on first need, never destroyed: the module's lifetime is theirs.
+    static std::vector<ClassFactory*>* factories = new std::vector<ClassFactory*>(classes().size(), nullptr);
+    const size_t index = static_cast<size_t>(&cls - classes().data());
+    ClassFactory*& factory = (*factories)[index];
+    if (!factory) factory = new ClassFactory(cls);
+    return *factory;
+}
+
 }  // namespace
 }  // namespace celdo::com
 
@@ -47,6 +73,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {
         celdo::com::set_module_handle(instance);
         DisableThreadLibraryCalls(instance);
+    } else if (reason == DLL_PROCESS_DETACH) {
+        celdo::com::report_lifetime();
     }
     return TRUE;
 }
@@ -56,12 +84,7 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID riid, LPVOID* out) {
     *out = nullptr;
     const celdo::com::ComClass* cls = celdo::com::find_class(clsid);
     if (!cls) return CLASS_E_CLASSNOTAVAILABLE;
-    auto* factory = new (std::nothrow) celdo::com::ClassFactory(*cls);
-    if (!factory) return E_OUTOFMEMORY;
-    factory->AddRef();
-    HRESULT hr = factory->QueryInterface(riid, out);
-    factory->Release();
-    return hr;
+    return celdo::com::class_object(*cls).QueryInterface(riid, out);
 }
 
-STDAPI DllCanUnloadNow() { return celdo::com::module_in_use() ? S_FALSE : S_OK; }
+STDAPI DllCanUnloadNow() { return celdo::com::can_unload(); }

@@ -26,7 +26,10 @@ public:
     ULONG STDMETHODCALLTYPE AddRef() override { return ++refs_; }
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG n = --refs_;
-        if (n == 0) delete this;
+        if (n == 0) {
+            delete this;
+            object_released();
+        }
         return n;
     }
 

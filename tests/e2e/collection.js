@@ -1,5 +1,6 @@
 // clsCeldos under JScript: the default member called as a function, the Enumerator object,
 // optional arguments left out, errors.
+// wine-run: the host keeps objects (Wine's JScript Enumerator never releases the collection it walks).
 var row = new ActiveXObject("Celdo.clsCeldos");
 var f = row.Add("Codigo", "COD", exLong);
 row.Add("Nombre", "NOM", exText);

@@ -1,5 +1,6 @@
 // The member machinery as JScript meets it: properties read as methods, object assignment with
 // Let and Set together, optional arguments, the Enumerator object, errors.
+// wine-run: the host keeps objects (Wine's JScript Enumerator never releases the collection it walks).
 var p = new ActiveXObject("CeldoProbe.Probe");
 var q = new ActiveXObject("CeldoProbe.Probe");
 
