@@ -67,7 +67,7 @@ private:
         size_t name_end = body.find_first_of(u" \r\n");
         if (name_end == std::u16string_view::npos) name_end = body.size();
         const std::u16string_view attributes = body.substr(name_end);
-        for (size_t p = 0; p < attributes.size();) {
+        for (size_t p = 0; p < attributes.size() && attributes.find(u'=', p) != std::u16string_view::npos;) {
             const xml::Attribute a = xml::read_raw_attribute(u"XMLReadAttribute", p, attributes);
             if (!automation::equal_text(a.name, u"encoding")) continue;
             if (a.value.empty()) fail(u"Illegal encoding");
@@ -141,7 +141,8 @@ private:
 
     void attributes(clsCeldo& field, std::u16string_view text) {
         auto& into = *field.get_Attributes();
-        for (size_t p = 0; p < text.size();) {
+        // (Past the last "=" nothing more is read, as in the field's Parse.)
+        for (size_t p = 0; p < text.size() && text.find(u'=', p) != std::u16string_view::npos;) {
             const xml::Attribute a = xml::read_raw_attribute(u"XMLReadAttribute", p, text);
             if (a.name.empty()) continue;
             into.Add(a.name, u"", exText, 0, -1, false, u"", u"", Variant(clsCeldo::decode_text(encoding_, a.value)),

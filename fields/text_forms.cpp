@@ -152,7 +152,9 @@ std::u16string clsCeldo::Decondign(const std::u16string& Encode, std::u16string&
 // Reads the names it knows with the dialect's attribute reader; other names are passed over.
 bool clsCeldo::Parse(std::u16string& Encode, std::u16string& rstrXML) {
     size_t position = 0;
-    while (position < rstrXML.size()) {
+    // Past the last "=" every reading is empty and only steps on: stopping there keeps a long
+    // text without attributes from costing a search per character.
+    while (position < rstrXML.size() && rstrXML.find(u'=', position) != std::u16string::npos) {
         xml::Attribute a = xml::read_attribute(Encode, position, rstrXML);
         if (a.name.empty() || !known(a.name, kReadProperties)) continue;
         std::u16string name = a.name;

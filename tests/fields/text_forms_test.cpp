@@ -210,6 +210,15 @@ TEST_F(Metadata, ParseRaisesTheAttributeReadersErrorsAfterApplyingWhatCameBefore
     EXPECT_EQ(f->get_Caption(), u"a<b");
 }
 
+TEST_F(Metadata, ParseReadsALongTextWithoutAttributesInOnePass) {
+    std::u16string encode;
+    // After the last attribute, two million characters with no "=": each one would otherwise
+    // cost a search to the end.
+    std::u16string text = u"Caption=\"fin\" " + std::u16string(2000000, u'y');
+    ASSERT_NO_THROW(EXPECT_TRUE(f->Parse(encode, text)));
+    EXPECT_EQ(f->get_Caption(), u"fin");
+}
+
 TEST_F(Metadata, ItemAndSetItemReachPropertiesByName) {
     EXPECT_EQ(f->Item(u"ucase"), Variant(true));
     EXPECT_EQ(f->Item(u"Round"), Variant(int16_t{2}));
