@@ -81,9 +81,13 @@ void clsCeldos::Update(Ref<clsCeldos>& Values, const std::u16string& Property) {
 
 bool clsCeldos::ValidateRequired(std::u16string& Msg, fields::exEdit oEditMode) {
     if (oEditMode == fields::exUpdate || oEditMode == fields::exInsert) {
-        for (const Ref<Field>& f : items_.snapshot()) {
-            if (oEditMode == fields::exUpdate && !f->get_Updated()) continue;
-            f->ValidateRequired(Msg, oEditMode);
+        // A check that fails ends the walk; the answer comes from the messages gathered so far.
+        try {
+            for (const Ref<Field>& f : items_.snapshot()) {
+                if (oEditMode == fields::exUpdate && !f->get_Updated()) continue;
+                f->ValidateRequired(Msg, oEditMode);
+            }
+        } catch (const automation::AutomationError&) {
         }
     }
     // A message passed in counts as a failure too: callers pass an empty one.
