@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "automation/enumerator.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/test_support.hpp"
 
@@ -17,17 +18,13 @@ using celdo::testing::error_of;
 using celdo::testing::field_of;
 using fields::clsCeldo;
 
-const Variant kNone = Variant::missing();
+using celdo::testing::kNone;
 
 Ref<clsCeldo> add(clsCeldos& c, std::u16string name, fields::ExDataType type = fields::exText) {
-    return c.Add(name, u"", static_cast<int16_t>(type), 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
+    return celdo::testing::add_field(c, std::move(name), type);
 }
 
-std::u16string names(const clsCeldos& c) {
-    std::u16string out;
-    for (size_t i = 0; i < c.size(); ++i) out += (i ? u"," : u"") + c.at(i).get_Name();
-    return out;
-}
+std::u16string names(const clsCeldos& c) { return celdo::testing::names_of(c); }
 
 class Collection : public ::testing::Test {
 protected:

@@ -6,6 +6,7 @@
 #include "automation/lifetime.hpp"
 #include "collections/CeldosSeguimiento.hpp"
 #include "collections/clsRegistro.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::collections {
@@ -17,7 +18,7 @@ using automation::Variant;
 using celdo::testing::error_of;
 using fields::clsCeldo;
 
-const Variant kNone = Variant::missing();
+using celdo::testing::kNone;
 
 Ref<clsCeldo> field(std::u16string name = u"F") {
     auto f = automation::make_ref<clsCeldo>();

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "collections/clsCeldos.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/support/test_support.hpp"
 #include "xml/reader.hpp"
 
@@ -11,13 +12,8 @@ namespace {
 using automation::Ref;
 using automation::Variant;
 
-const Variant kNone = Variant::missing();
-
-std::u16string names(const clsCeldos& c) {
-    std::u16string out;
-    for (size_t i = 0; i < c.size(); ++i) out += (i ? u"," : u"") + c.at(i).get_Name();
-    return out;
-}
+using celdo::testing::kNone;
+using celdo::testing::names_of;
 
 std::u16string joined(const std::vector<std::u16string>& items) {
     std::u16string out;
@@ -49,7 +45,7 @@ protected:
 
 TEST_F(Ranges, RangeSharesTheNamedFieldsInTheListsOrder) {
     auto r = row->Range(u"codigo, Nombre, Ausente,,Codigo");
-    EXPECT_EQ(names(*r), u"Codigo,Nombre,Codigo") << "a repeat is appended again";
+    EXPECT_EQ(names_of(*r), u"Codigo,Nombre,Codigo") << "a repeat is appended again";
     EXPECT_EQ(&r->at(0), &row->at(1)) << "the same object";
     EXPECT_EQ(r->at(0).get_Position(), 1) << "positions stay as they were";
     Variant key(u"Codigo");
@@ -68,11 +64,11 @@ TEST_F(Ranges, RangeAsCopies) {
 
 TEST_F(Ranges, RangeExKeepsTheOthersInThisOrder) {
     auto r = row->RangeEx(u"NProfile,UProfile,NFecha,ufecha,ufecha");
-    EXPECT_EQ(names(*r), u"Nombre,Codigo,Total");
+    EXPECT_EQ(names_of(*r), u"Nombre,Codigo,Total");
     EXPECT_EQ(&r->at(2), &row->at(2));
-    EXPECT_EQ(names(*row->RangeEx(u"")), names(*row));
+    EXPECT_EQ(names_of(*row->RangeEx(u"")), names_of(*row));
     auto copies = row->RangeExAs(u"Nombre");
-    EXPECT_EQ(names(*copies), u"Codigo,Total,NProfile,UFecha");
+    EXPECT_EQ(names_of(*copies), u"Codigo,Total,NProfile,UFecha");
     EXPECT_NE(&copies->at(0), &row->at(1));
     EXPECT_EQ(copies->at(0).get_Value(), Variant(u"Codigo!"));
 }

@@ -7,6 +7,7 @@
 #include "automation/recognize.hpp"
 #include "collections/CeldosSeguimiento.hpp"
 #include "collections/clsRegistro.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::collections {
@@ -16,7 +17,7 @@ using automation::Ref;
 using automation::Variant;
 using celdo::testing::error_of;
 
-const Variant kNone = Variant::missing();
+using celdo::testing::kNone;
 
 Ref<clsCeldos> row_of(std::u16string value) {
     auto row = automation::make_ref<clsCeldos>();

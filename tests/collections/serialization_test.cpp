@@ -8,6 +8,7 @@
 #include "automation/text.hpp"
 #include "collections/clsCeldos.hpp"
 #include "tests/fields/field_support.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::collections {
@@ -18,13 +19,12 @@ using automation::Variant;
 using celdo::testing::error_of;
 using fields::clsCeldo;
 
-const Variant kNone = Variant::missing();
+using celdo::testing::kNone;
 
 class Row : public ::testing::Test {
 protected:
     Ref<clsCeldo> add(std::u16string name, Variant value = Variant(), fields::ExDataType type = fields::exText) {
-        return row->Add(name, u"", static_cast<int16_t>(type), 0, -1, false, u"", u"", value.is_empty() ? kNone : value,
-                        kNone, kNone, kNone);
+        return celdo::testing::add_field(*row, std::move(name), type, value.is_empty() ? kNone : value);
     }
     std::u16string parse(std::u16string text, std::u16string encode = u"") {
         EXPECT_TRUE(row->Parse(encode, text));

@@ -5,6 +5,7 @@
 
 #include "automation/convert.hpp"
 #include "collections/clsCeldos.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/test_support.hpp"
 
@@ -16,11 +17,11 @@ using automation::Variant;
 using celdo::testing::error_of;
 using fields::clsCeldo;
 
-const Variant kNone = Variant::missing();
+using celdo::testing::kNone;
 
 Ref<clsCeldo> add(clsCeldos& c, std::u16string name, fields::ExDataType type = fields::exText, Variant value = kNone,
                   bool required = false) {
-    return c.Add(name, u"", static_cast<int16_t>(type), 0, -1, required, u"", u"", value, kNone, kNone, kNone);
+    return celdo::testing::add_field(c, std::move(name), type, std::move(value), required);
 }
 
 std::u16string values(const clsCeldos& c) {
