@@ -11,9 +11,7 @@ namespace celdo::fields {
 
 using automation::make_ref;
 
-// Extra properties are fields too, addressed by name: ExtendProperties("Mask").Value.
-clsCeldo::clsCeldo()
-    : extend_properties_(make_ref<Fields>()), children_(make_ref<Fields>()), attributes_(make_ref<Fields>()) {}
+clsCeldo::clsCeldo() = default;
 
 clsCeldo::~clsCeldo() = default;
 
@@ -29,17 +27,46 @@ void clsCeldo::visit_references(automation::ReferenceVisitor& visitor) const {
 
 void clsCeldo::drop_references() {
     extend_properties_ = nullptr;
+    extend_properties_set_ = true;
     children_ = nullptr;
     attributes_ = nullptr;
     column_header_ = nullptr;
     value_ = old_value_ = default_value_ = Variant();
 }
 
-automation::Ref<collections::clsCeldos> clsCeldo::get_Children() const { return children_; }
+// Children, attributes and extended properties are made on first use: most fields never have
+// any, and making all three with every field would make a row four times the objects.
+clsCeldo::Fields& clsCeldo::made(Ref<Fields>& collection) {
+    if (!collection) collection = make_ref<Fields>();
+    return *collection;
+}
 
-automation::Ref<collections::clsCeldos> clsCeldo::get_Attributes() const { return attributes_; }
+automation::Ref<collections::clsCeldos> clsCeldo::get_Children() const {
+    made(children_);
+    return children_;
+}
 
-bool clsCeldo::get_HasChildren() const { return children_->get_Count() > 0; }
+automation::Ref<collections::clsCeldos> clsCeldo::get_Attributes() const {
+    made(attributes_);
+    return attributes_;
+}
+
+// Extra properties are fields too, addressed by name: ExtendProperties("Mask").Value. Until a
+// host sets another object (or Nothing) they are an empty field collection.
+automation::Ref<automation::Object> clsCeldo::get_ExtendProperties() const {
+    if (!extend_properties_set_) {
+        extend_properties_ = make_ref<Fields>();
+        extend_properties_set_ = true;
+    }
+    return extend_properties_;
+}
+
+void clsCeldo::set_ExtendProperties(Ref<automation::Object> value) {
+    extend_properties_ = std::move(value);
+    extend_properties_set_ = true;
+}
+
+bool clsCeldo::get_HasChildren() const { return children_ && children_->get_Count() > 0; }
 
 std::u16string clsCeldo::get_CorrelationalName() const {
     if (source_name_.empty()) return {};

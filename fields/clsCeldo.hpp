@@ -30,8 +30,8 @@ public:
     ~clsCeldo() override;
 
     // ---- object and metadata
-    Ref<automation::Object> get_ExtendProperties() const { return extend_properties_; }
-    void set_ExtendProperties(Ref<automation::Object> value) { extend_properties_ = std::move(value); }
+    Ref<automation::Object> get_ExtendProperties() const;
+    void set_ExtendProperties(Ref<automation::Object> value);
     Ref<Fields> get_Children() const;
     Ref<Fields> get_Attributes() const;
     bool get_HasChildren() const;
@@ -173,7 +173,10 @@ private:
     void changed() { raise_event(events::clsCeldo::Chance); }
     [[noreturn]] void refuse_value() const;
 
-    Ref<automation::Object> extend_properties_;
+    static Fields& made(Ref<Fields>& collection);
+
+    mutable Ref<automation::Object> extend_properties_;
+    mutable bool extend_properties_set_ = false;
     std::u16string name_;
     std::u16string caption_;
     std::u16string source_name_;
@@ -205,8 +208,8 @@ private:
     int16_t column_width_ = -1;
     std::u16string format_;
     Ref<Fields> column_header_;
-    Ref<Fields> children_;
-    Ref<Fields> attributes_;
+    mutable Ref<Fields> children_;
+    mutable Ref<Fields> attributes_;
 };
 
 // The naming prefixes a field's name may carry, in their table order.

@@ -140,12 +140,11 @@ private:
     }
 
     void attributes(clsCeldo& field, std::u16string_view text) {
-        auto& into = *field.get_Attributes();
         // (Past the last "=" nothing more is read, as in the field's Parse.)
         for (size_t p = 0; p < text.size() && text.find(u'=', p) != std::u16string_view::npos;) {
             const xml::Attribute a = xml::read_raw_attribute(u"XMLReadAttribute", p, text);
             if (a.name.empty()) continue;
-            into.Add(a.name, u"", exText, 0, -1, false, u"", u"", Variant(clsCeldo::decode_text(encoding_, a.value)),
+            field.get_Attributes()->Add(a.name, u"", exText, 0, -1, false, u"", u"", Variant(clsCeldo::decode_text(encoding_, a.value)),
                      Variant::missing(), Variant::missing(), Variant::missing());
         }
     }
@@ -220,10 +219,12 @@ void clsCeldo::adopt_element(clsCeldo& loaded) {
     name_ = loaded.name_;
     node_type_ = loaded.node_type_;
     load_value(loaded.value_);
-    for (auto [mine, theirs] : {std::pair{attributes_.get(), loaded.attributes_.get()}, std::pair{children_.get(), loaded.children_.get()}}) {
-        mine->clear();
-        for (size_t i = 0; i < theirs->size(); ++i)
-            mine->Append(automation::Ref<clsCeldo>(&theirs->at(i)), Variant::missing(), Variant::missing(), u"");
+    for (auto [mine, theirs] : {std::pair{&attributes_, loaded.attributes_.get()}, std::pair{&children_, loaded.children_.get()}}) {
+        if (!*mine && !theirs) continue;
+        Fields& target = made(*mine);
+        target.clear();
+        for (size_t i = 0; theirs && i < theirs->size(); ++i)
+            target.Append(automation::Ref<clsCeldo>(&theirs->at(i)), Variant::missing(), Variant::missing(), u"");
     }
 }
 

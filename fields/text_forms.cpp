@@ -71,7 +71,7 @@ std::u16string clsCeldo::element(std::u16string_view encoding, int level) const 
     case xntEmpty: {
         // The start line carries the indentation twice and a closing line once, as the dialect
         // has always been written; readers ignore the blanks.
-        std::u16string start = indent + u"<" + name_ + attributes_->get_XMLAttribute(std::u16string(encoding));
+        std::u16string start = indent + u"<" + name_ + (attributes_ ? attributes_->get_XMLAttribute(std::u16string(encoding)) : u"");
         if (node_type_ == xntEmpty) return indent + start + u"/>" + std::u16string(kLineEnd);
         if (!get_HasChildren()) return indent + start + u">" + value_text(encoding) + u"</" + name_ + u">" + std::u16string(kLineEnd);
         return indent + start + u">" + std::u16string(kLineEnd) + children_->elements(encoding, level + 1) + indent +

@@ -84,7 +84,8 @@ TEST_F(Lifetime, WhatIsStillHeldSurvivesWithItsValues) {
     EXPECT_EQ(&row->at(0).get_Children()->at(0), &row->at(0));
     EXPECT_EQ(kept->get_Value(), Variant(u"sigue"));
     row = nullptr;
-    EXPECT_EQ(registry.collect(), 4u) << "the row's field and its three collections, and the row";
+    // The row goes with its last reference; its field and the children holding it are a cycle.
+    EXPECT_EQ(registry.collect(), 2u) << "the row's field and its children";
     kept = nullptr;
     EXPECT_GT(registry.collect(), 0u);
     EXPECT_EQ(alive(), 0u);

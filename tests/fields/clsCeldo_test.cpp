@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/lifetime.hpp"
 #include "collections/clsCeldos.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/test_support.hpp"
@@ -33,6 +34,26 @@ TEST(FieldDefaults, ANewFieldHasItsCreationDefaults) {
     ASSERT_TRUE(f->get_ExtendProperties());
     EXPECT_EQ(f->get_Children()->get_Count(), 0);
     EXPECT_NE(f->get_Children().get(), f->get_Attributes().get());
+}
+
+// The three collections are made when first asked for: a host sees the same object on every
+// read, and a Nothing it set is not replaced by a new collection.
+TEST(FieldSubCollections, AreMadeOnceOnDemandAndKeepWhatWasSet) {
+    auto& registry = automation::ObjectRegistry::current();
+    const size_t before = registry.live();
+    auto f = field_of(exText);
+    f->let_Value(Variant(u"x"));
+    (void)f->XML(u"");
+    std::u16string encoding, names;
+    (void)f->XMLAttribute(encoding, names);
+    (void)f->Clip();
+    EXPECT_EQ(registry.live() - before, 1u) << "writing a plain field made no collections";
+    EXPECT_EQ(f->get_Children().get(), f->get_Children().get());
+    EXPECT_EQ(f->get_Attributes().get(), f->get_Attributes().get());
+    EXPECT_EQ(f->get_ExtendProperties().get(), f->get_ExtendProperties().get());
+    f->set_ExtendProperties(nullptr);
+    EXPECT_FALSE(f->get_ExtendProperties());
+    EXPECT_TRUE(f->Item(u"Mask").is_empty()) << "an extra property read without any";
 }
 
 TEST(FieldDataType, ResetsSizeAndRoundingByType) {
