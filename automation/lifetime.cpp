@@ -23,24 +23,20 @@ ObjectRegistry& ObjectRegistry::current() {
     return *registry;
 }
 
-void ObjectRegistry::add(Object* o) noexcept {
+void ObjectRegistry::add(Object* o) {
+    objects_.push_back(o);
     o->registry_ = this;
-    o->prev_ = nullptr;
-    o->next_ = head_;
-    if (head_) head_->prev_ = o;
-    head_ = o;
-    ++live_;
+    o->slot_ = objects_.size() - 1;
     ++made_since_collection_;
     g_live.fetch_add(1, std::memory_order_relaxed);
 }
 
 void ObjectRegistry::remove(Object* o) noexcept {
-    if (o->prev_) o->prev_->next_ = o->next_;
-    else head_ = o->next_;
-    if (o->next_) o->next_->prev_ = o->prev_;
+    Object* last = objects_.back();
+    objects_[o->slot_] = last;
+    last->slot_ = o->slot_;
+    objects_.pop_back();
     o->registry_ = nullptr;
-    o->prev_ = o->next_ = nullptr;
-    --live_;
     g_live.fetch_sub(1, std::memory_order_relaxed);
 }
 
@@ -55,7 +51,7 @@ size_t ObjectRegistry::collect() noexcept {
     size_t freed = 0;
     try {
         // Discount the references held between objects of this registry.
-        for (Object* o = head_; o; o = o->next_) {
+        for (Object* o : objects_) {
             o->gc_refs_ = o->refs_;
             o->reachable_ = false;
         }
@@ -66,12 +62,12 @@ size_t ObjectRegistry::collect() noexcept {
             }
         } discount;
         discount.self = this;
-        for (Object* o = head_; o; o = o->next_) o->visit_references(discount);
+        for (Object* o : objects_) o->visit_references(discount);
 
         // Roots: what is held from outside, or not counted at all; then all they reach. A
         // count below zero would be a visit that overstates, and is kept as a root.
         std::vector<Object*> work;
-        for (Object* o = head_; o; o = o->next_) {
+        for (Object* o : objects_) {
             if (o->refs_ == 0 || o->gc_refs_ != 0) {
                 o->reachable_ = true;
                 work.push_back(o);
@@ -97,7 +93,7 @@ size_t ObjectRegistry::collect() noexcept {
 
         // Held while their references are dropped, so that none goes before the others are done.
         std::vector<Ref<Object>> garbage;
-        for (Object* o = head_; o; o = o->next_) {
+        for (Object* o : objects_) {
             if (!o->reachable_) garbage.emplace_back(o);
         }
         for (const Ref<Object>& g : garbage) g->drop_references();
@@ -107,7 +103,7 @@ size_t ObjectRegistry::collect() noexcept {
         // Out of memory while collecting: the objects stay as they were, to be tried again.
     }
     made_since_collection_ = 0;
-    live_after_collection_ = live_;
+    live_after_collection_ = objects_.size();
     collecting_ = false;
     return freed;
 }

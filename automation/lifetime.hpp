@@ -11,6 +11,7 @@
 // thread (see OutsideCall), so nothing unaccounted can still be using an object.
 
 #include <cstddef>
+#include <vector>
 
 #include "automation/object.hpp"
 
@@ -21,7 +22,7 @@ public:
     // The registry of the calling thread (objects belong to the thread that made them).
     static ObjectRegistry& current();
 
-    size_t live() const noexcept { return live_; }
+    size_t live() const noexcept { return objects_.size(); }
     // Frees every unreachable object and returns how many were freed. A collection asked for
     // while one runs (from a destructor that calls out) does nothing.
     size_t collect() noexcept;
@@ -33,11 +34,12 @@ public:
 
 private:
     friend class Object;
-    void add(Object* o) noexcept;
+    void add(Object* o);
     void remove(Object* o) noexcept;
 
-    Object* head_ = nullptr;
-    size_t live_ = 0;
+    // Dense, so that a collection's passes read it in order rather than chasing pointers
+    // through memory: on large heaps the passes are bound by memory latency.
+    std::vector<Object*> objects_;
     size_t made_since_collection_ = 0;
     size_t live_after_collection_ = 0;
     bool collecting_ = false;

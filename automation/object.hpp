@@ -82,9 +82,9 @@ private:
     void destroy() const noexcept;
 
     mutable uint32_t refs_ = 0;
-    // The registry's list and the collector's scratch.
+    // The registry's slot, the queue of objects being destroyed, and the collector's scratch.
     ObjectRegistry* registry_ = nullptr;
-    Object* prev_ = nullptr;
+    size_t slot_ = 0;
     Object* next_ = nullptr;
     int64_t gc_refs_ = 0;
     bool reachable_ = false;
