@@ -1,6 +1,6 @@
 ' clsCeldo as a VBScript host uses it: metadata with its side effects, values validated and
 ' coerced, errors with their Spanish texts, by-reference messages, the default member.
-Dim f, v, msg, rows, kids
+Dim f, g, v, msg, rows, kids
 Set f = CreateObject("Celdo.clsCeldo")
 
 CheckEqual f.DataType, CLng(exText), "a new field is text"
@@ -84,4 +84,13 @@ Check Not (f.Children Is f.Attributes), "Children and Attributes are different"
 CheckEqual f.HasChildren, False, "no children yet"
 kids.Add "Hijo", "", exText
 CheckEqual f.HasChildren, True, "a child added through the collection"
+
+' Extended properties are a collection of their own until the host sets something else.
+Set g = CreateObject("Celdo.clsCeldo")
+Check g.ExtendProperties Is g.ExtendProperties, "ExtendProperties is one object"
+g.ExtendProperties.Add "Mask", "", exText, , , , , , "##-##"
+CheckEqual g.Item("Mask"), "##-##", "an extended property read by name"
+Set g.ExtendProperties = Nothing
+Check g.ExtendProperties Is Nothing, "a Nothing set stays Nothing"
+Check IsEmpty(g.Item("Mask")), "and no extended property is found"
 Finish
