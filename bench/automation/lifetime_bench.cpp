@@ -4,11 +4,10 @@
 // in the objects alive.
 #include <benchmark/benchmark.h>
 
-#include <string>
 #include <vector>
 
 #include "automation/lifetime.hpp"
-#include "collections/clsCeldos.hpp"
+#include "bench/support/rows.hpp"
 
 namespace celdo::collections {
 namespace {
@@ -19,19 +18,9 @@ using automation::Variant;
 
 const Variant kNone = Variant::missing();
 
-Ref<clsCeldos> row_of(int fields) {
-    auto row = automation::make_ref<clsCeldos>();
-    for (int i = 0; i < fields; ++i) {
-        std::u16string name = u"Campo";
-        for (char c : std::to_string(i)) name.push_back(static_cast<char16_t>(c));
-        row->Add(name, u"", fields::exText, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
-    }
-    return row;
-}
-
 // A row of 20 fields made and dropped: the registry's bookkeeping is on every object made.
 void MakeAndReleaseRow(benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(row_of(20));
+    for (auto _ : state) benchmark::DoNotOptimize(bench::text_row(20));
     ObjectRegistry::current().collect();
     state.SetItemsProcessed(state.iterations() * 21);
 }
@@ -41,7 +30,7 @@ BENCHMARK(MakeAndReleaseRow);
 void CollectHeld(benchmark::State& state) {
     const int rows = static_cast<int>(state.range(0));
     std::vector<Ref<clsCeldos>> held;
-    for (int i = 0; i < rows; ++i) held.push_back(row_of(20));
+    for (int i = 0; i < rows; ++i) held.push_back(bench::text_row(20));
     auto& registry = ObjectRegistry::current();
     registry.collect();
     for (auto _ : state) benchmark::DoNotOptimize(registry.collect());
@@ -58,7 +47,7 @@ void CollectCycles(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         for (int i = 0; i < rows; ++i) {
-            auto row = row_of(20);
+            auto row = bench::text_row(20);
             Variant first(int32_t{1});
             row->get_Item(first)->get_Children()->Appends(row, kNone, kNone, u"");
         }

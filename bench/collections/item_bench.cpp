@@ -7,27 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "collections/clsCeldos.hpp"
+#include "bench/support/rows.hpp"
 
 namespace celdo::collections {
 namespace {
 
 using automation::Variant;
-
-std::u16string name_of(int i) {
-    std::u16string digits;
-    for (char c : std::to_string(i)) digits.push_back(static_cast<char16_t>(c));
-    return u"Campo" + digits;
-}
-
-automation::Ref<clsCeldos> row_of(int count) {
-    auto row = automation::make_ref<clsCeldos>();
-    const Variant none = Variant::missing();
-    for (int i = 0; i < count; ++i) {
-        row->Add(name_of(i), u"", fields::exText, 0, 0, false, u"", u"", none, none, none, none);
-    }
-    return row;
-}
 
 // A fixed random walk over `distinct` fields spread evenly across the collection (all of them
 // when distinct is 0). A small working set measures the cost of the lookup itself; a walk over
@@ -43,9 +28,9 @@ std::vector<int> walk(int count, int distinct) {
 
 void ItemByKey(benchmark::State& state) {
     const int count = static_cast<int>(state.range(0));
-    auto row = row_of(count);
+    auto row = bench::text_row(count);
     std::vector<Variant> keys;
-    for (int i : walk(count, static_cast<int>(state.range(1)))) keys.emplace_back(name_of(i));
+    for (int i : walk(count, static_cast<int>(state.range(1)))) keys.emplace_back(bench::field_name(i));
     size_t at = 0;
     for (auto _ : state) {
         Variant key = keys[at++ & 4095];
@@ -57,7 +42,7 @@ BENCHMARK(ItemByKey)->ArgNames({"fields", "working_set"})->Args({1000, 256})->Ar
 
 void ItemByPosition(benchmark::State& state) {
     const int count = static_cast<int>(state.range(0));
-    auto row = row_of(count);
+    auto row = bench::text_row(count);
     std::vector<Variant> positions;
     for (int i : walk(count, static_cast<int>(state.range(1)))) positions.emplace_back(i + 1);
     size_t at = 0;
