@@ -1,4 +1,4 @@
-# Generation from .api declarations (see tools/apigen.py).
+# Generation from .api declarations (see docs/declarations.md).
 #
 #   celdo_api_core(<var> LIBRARY <library.api> API <files...>)
 #       generates the member tables of the listed files; appends the sources to <var>.
@@ -10,6 +10,9 @@
 
 set(CELDO_GEN_DIR ${CMAKE_BINARY_DIR}/gen)
 set(CELDO_APIGEN ${CMAKE_SOURCE_DIR}/tools/apigen.py)
+# The generator's own sources (the package behind tools/apigen.py and tools/hostile_walk.py):
+# an edit to any of them regenerates.
+file(GLOB CELDO_DECLGEN_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tools/declgen/*.py)
 
 function(celdo_api_core out_var)
     cmake_parse_arguments(ARG "" "LIBRARY" "API" ${ARGN})
@@ -23,7 +26,7 @@ function(celdo_api_core out_var)
         OUTPUT ${outputs}
         COMMAND Python3::Interpreter ${CELDO_APIGEN} --root ${CMAKE_SOURCE_DIR}
                 --library ${ARG_LIBRARY} --core ${CELDO_GEN_DIR} ${ARG_API}
-        DEPENDS ${CELDO_APIGEN} ${paths} ${CMAKE_SOURCE_DIR}/${ARG_LIBRARY}
+        DEPENDS ${CELDO_APIGEN} ${CELDO_DECLGEN_SOURCES} ${paths} ${CMAKE_SOURCE_DIR}/${ARG_LIBRARY}
         COMMENT "Generating member tables from ${ARG_API}"
         VERBATIM)
     list(FILTER outputs INCLUDE REGEX "\\.cpp$")
@@ -44,7 +47,7 @@ function(celdo_com_server target)
         OUTPUT ${idl} ${shims}
         COMMAND Python3::Interpreter ${CELDO_APIGEN} --root ${CMAKE_SOURCE_DIR}
                 --library ${ARG_LIBRARY} --idl ${idl} --com ${gen} --idl-header ${target}_h.h ${ARG_API}
-        DEPENDS ${CELDO_APIGEN} ${paths} ${CMAKE_SOURCE_DIR}/${ARG_LIBRARY}
+        DEPENDS ${CELDO_APIGEN} ${CELDO_DECLGEN_SOURCES} ${paths} ${CMAKE_SOURCE_DIR}/${ARG_LIBRARY}
         COMMENT "Generating the IDL and COM shims of ${target}"
         VERBATIM)
     set(widl ${CELDO_WIDL} ${CELDO_WIDL_TARGET} -I${CELDO_WINE_INCLUDE} -L${CELDO_STDOLE_DIR})
