@@ -2,6 +2,7 @@
 // Counted objects and the late-bound interface: everything a host can hand the library (its
 // controls, its data-access object) and everything the library hands out is an Object.
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -101,9 +102,12 @@ public:
     }
     Ref(const Ref& other) noexcept : Ref(other.p_) {}
     Ref(Ref&& other) noexcept : p_(std::exchange(other.p_, nullptr)) {}
+    // Only where a U* converts to a T* by itself: a downcast is written with ref_cast.
     template <class U>
-    Ref(const Ref<U>& other) noexcept : Ref(static_cast<T*>(other.get())) {}
+        requires std::convertible_to<U*, T*>
+    Ref(const Ref<U>& other) noexcept : Ref(other.get()) {}
     template <class U>
+        requires std::convertible_to<U*, T*>
     Ref(Ref<U>&& other) noexcept : p_(other.detach()) {}
     ~Ref() {
         if (p_) p_->release();
@@ -124,6 +128,12 @@ public:
 private:
     T* p_ = nullptr;
 };
+
+// A reference to the same object as a derived class the caller knows it to be.
+template <class T, class U>
+Ref<T> ref_cast(const Ref<U>& other) noexcept {
+    return Ref<T>(static_cast<T*>(other.get()));
+}
 
 template <class T, class... Args>
 Ref<T> make_ref(Args&&... args) {

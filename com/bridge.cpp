@@ -1,5 +1,7 @@
 #include "com/bridge.hpp"
 
+#include <array>
+#include <cstring>
 #include <vector>
 
 #include "automation/component.hpp"
@@ -20,6 +22,16 @@ using automation::Ref;
 using automation::StdError;
 using automation::VarType;
 
+// The language's subtype codes are the platform's: a value crosses with its number unchanged.
+static_assert(static_cast<VARTYPE>(VarType::Integer) == VT_I2 && static_cast<VARTYPE>(VarType::Long) == VT_I4 &&
+              static_cast<VARTYPE>(VarType::Single) == VT_R4 && static_cast<VARTYPE>(VarType::Double) == VT_R8 &&
+              static_cast<VARTYPE>(VarType::Currency) == VT_CY && static_cast<VARTYPE>(VarType::Date) == VT_DATE &&
+              static_cast<VARTYPE>(VarType::String) == VT_BSTR && static_cast<VARTYPE>(VarType::Object) == VT_DISPATCH &&
+              static_cast<VARTYPE>(VarType::Error) == VT_ERROR && static_cast<VARTYPE>(VarType::Boolean) == VT_BOOL &&
+              static_cast<VARTYPE>(VarType::Variant) == VT_VARIANT && static_cast<VARTYPE>(VarType::Byte) == VT_UI1 &&
+              static_cast<VARTYPE>(VarType::Empty) == VT_EMPTY && static_cast<VARTYPE>(VarType::Null) == VT_NULL &&
+              static_cast<VARTYPE>(VarType::Array) == VT_ARRAY);
+
 namespace {
 
 [[noreturn]] void mismatch() { throw AutomationError(StdError::TypeMismatch); }
@@ -29,44 +41,141 @@ void check(HRESULT hr) {
     if (FAILED(hr)) throw error_from_call(hr, nullptr);
 }
 
-}  // namespace
-
-BSTR make_bstr(std::u16string_view text) {
-    BSTR b = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()), static_cast<UINT>(text.size()));
-    if (!b) throw std::bad_alloc();
-    return b;
+template <class C>
+const C& at(const void* storage) {
+    return *static_cast<const C*>(storage);
+}
+template <class C>
+C& at(void* storage) {
+    return *static_cast<C*>(storage);
 }
 
-std::u16string text_of(BSTR text) {
-    if (!text) return {};
-    return std::u16string(reinterpret_cast<const char16_t*>(text), SysStringLen(text));
+// Integers outside Long become Double, as the language has no wider integer.
+Variant wide_integer(double value) {
+    if (value >= INT32_MIN && value <= INT32_MAX) return Variant(static_cast<int32_t>(value));
+    return Variant(value);
 }
 
-// ------------------------------------------------------------------------------- from COM
+Variant as(const Variant& value, VarType type) { return automation::change_type(value, type); }
 
-namespace {
+void store_object(void* target, REFIID iid, const Variant& value) {
+    if (!value.is_object()) mismatch();
+    at<void*>(target) = nullptr;
+    com_ptr<IUnknown> u = unknown_of(value);
+    if (u && FAILED(u->QueryInterface(iid, static_cast<void**>(target)))) mismatch();
+}
 
-VarType element_type_of(VARTYPE vt) {
-    switch (vt) {
-    case VT_BOOL: return VarType::Boolean;
-    case VT_UI1: return VarType::Byte;
-    case VT_I2: return VarType::Integer;
-    case VT_I4: return VarType::Long;
-    case VT_R4: return VarType::Single;
-    case VT_R8: return VarType::Double;
-    case VT_CY: return VarType::Currency;
-    case VT_DATE: return VarType::Date;
-    case VT_BSTR: return VarType::String;
-    case VT_DISPATCH:
-    case VT_UNKNOWN: return VarType::Object;
-    default: return VarType::Variant;
-    }
+// One automation type: the element type an array of it becomes in the language, how a value
+// is read from its storage, written into uninitialised storage with the language's conversion,
+// and released. A type without `write` is read only: the language never produces it.
+struct TypeRow {
+    VarType element = VarType::Variant;
+    size_t size = 0;
+    Variant (*read)(const void* storage) = nullptr;
+    void (*write)(void* storage, const Variant& value) = nullptr;
+    void (*free)(void* storage) = nullptr;
+};
+
+// Indexed by VARTYPE.
+constexpr std::array<TypeRow, VT_UINT + 1> kTypes = [] {
+    std::array<TypeRow, VT_UINT + 1> t{};
+    t[VT_EMPTY] = {VarType::Variant, 0, [](const void*) { return Variant(); }};
+    t[VT_NULL] = {VarType::Variant, 0, [](const void*) { return Variant::null(); }};
+    t[VT_I2] = {VarType::Integer, sizeof(SHORT),
+                [](const void* p) { return Variant(static_cast<int16_t>(at<SHORT>(p))); },
+                [](void* p, const Variant& v) { at<SHORT>(p) = as(v, VarType::Integer).as_integer(); }};
+    t[VT_I4] = {VarType::Long, sizeof(LONG),
+                [](const void* p) { return Variant(static_cast<int32_t>(at<LONG>(p))); },
+                [](void* p, const Variant& v) { at<LONG>(p) = as(v, VarType::Long).as_long(); }};
+    t[VT_R4] = {VarType::Single, sizeof(FLOAT), [](const void* p) { return Variant(at<FLOAT>(p)); },
+                [](void* p, const Variant& v) { at<FLOAT>(p) = as(v, VarType::Single).as_single(); }};
+    t[VT_R8] = {VarType::Double, sizeof(DOUBLE), [](const void* p) { return Variant(at<DOUBLE>(p)); },
+                [](void* p, const Variant& v) { at<DOUBLE>(p) = as(v, VarType::Double).as_double(); }};
+    t[VT_CY] = {VarType::Currency, sizeof(CY),
+                [](const void* p) { return Variant(automation::Currency{at<CY>(p).int64}); },
+                [](void* p, const Variant& v) { at<CY>(p).int64 = as(v, VarType::Currency).as_currency().scaled; }};
+    t[VT_DATE] = {VarType::Date, sizeof(DATE), [](const void* p) { return Variant(automation::Date{at<DATE>(p)}); },
+                  [](void* p, const Variant& v) { at<DATE>(p) = as(v, VarType::Date).as_date().serial; }};
+    t[VT_BSTR] = {VarType::String, sizeof(BSTR), [](const void* p) { return Variant(text_of(at<BSTR>(p))); },
+                  [](void* p, const Variant& v) {
+                      at<BSTR>(p) = unique_bstr::from(v.is_string() ? v.as_string() : as(v, VarType::String).as_string())
+                                        .release();
+                  },
+                  [](void* p) { SysFreeString(at<BSTR>(p)); }};
+    t[VT_DISPATCH] = {VarType::Object, sizeof(IDispatch*), [](const void* p) { return from_object(at<IUnknown*>(p)); },
+                      [](void* p, const Variant& v) { store_object(p, IID_IDispatch, v); },
+                      [](void* p) {
+                          if (IUnknown* u = at<IUnknown*>(p)) u->Release();
+                      }};
+    t[VT_ERROR] = {VarType::Variant, sizeof(SCODE), [](const void* p) { return Variant::error(at<SCODE>(p)); },
+                   [](void* p, const Variant& v) { at<SCODE>(p) = v.as_error(); }};
+    t[VT_BOOL] = {VarType::Boolean, sizeof(VARIANT_BOOL),
+                  [](const void* p) { return Variant(at<VARIANT_BOOL>(p) != VARIANT_FALSE); },
+                  [](void* p, const Variant& v) {
+                      at<VARIANT_BOOL>(p) = as(v, VarType::Boolean).as_bool() ? VARIANT_TRUE : VARIANT_FALSE;
+                  }};
+    t[VT_VARIANT] = {VarType::Variant, sizeof(VARIANT), [](const void* p) { return from_variant(&at<VARIANT>(p)); },
+                     [](void* p, const Variant& v) { to_variant(v, &at<VARIANT>(p)); },
+                     [](void* p) { VariantClear(&at<VARIANT>(p)); }};
+    t[VT_UNKNOWN] = {VarType::Object, sizeof(IUnknown*), t[VT_DISPATCH].read,
+                     [](void* p, const Variant& v) {
+                         if (!v.is_object()) mismatch();
+                         at<IUnknown*>(p) = unknown_of(v).detach();
+                     },
+                     t[VT_DISPATCH].free};
+    t[VT_DECIMAL] = {VarType::Variant, sizeof(DECIMAL), [](const void* p) {
+                         double d = 0;
+                         DECIMAL copy = at<DECIMAL>(p);
+                         check(VarR8FromDec(&copy, &d));
+                         return Variant(d);
+                     }};
+    t[VT_I1] = {VarType::Variant, sizeof(CHAR), [](const void* p) { return Variant(static_cast<int16_t>(at<CHAR>(p))); }};
+    t[VT_UI1] = {VarType::Byte, sizeof(BYTE), [](const void* p) { return Variant(static_cast<uint8_t>(at<BYTE>(p))); },
+                 [](void* p, const Variant& v) { at<BYTE>(p) = as(v, VarType::Byte).as_byte(); }};
+    t[VT_UI2] = {VarType::Variant, sizeof(USHORT), [](const void* p) { return Variant(static_cast<int32_t>(at<USHORT>(p))); }};
+    t[VT_UI4] = {VarType::Variant, sizeof(ULONG), [](const void* p) { return wide_integer(at<ULONG>(p)); }};
+    t[VT_I8] = {VarType::Variant, sizeof(LONGLONG), [](const void* p) { return wide_integer(static_cast<double>(at<LONGLONG>(p))); }};
+    t[VT_UI8] = {VarType::Variant, sizeof(ULONGLONG), [](const void* p) { return wide_integer(static_cast<double>(at<ULONGLONG>(p))); }};
+    t[VT_INT] = {VarType::Variant, sizeof(INT), [](const void* p) { return wide_integer(at<INT>(p)); }};
+    t[VT_UINT] = {VarType::Variant, sizeof(UINT), [](const void* p) { return wide_integer(at<UINT>(p)); }};
+    return t;
+}();
+
+const TypeRow* row_of(VARTYPE vt) noexcept { return vt < kTypes.size() && kTypes[vt].read ? &kTypes[vt] : nullptr; }
+
+const TypeRow& readable(VARTYPE vt) {
+    const TypeRow* row = row_of(vt);
+    if (!row) mismatch();
+    return *row;
+}
+
+const TypeRow& writable(VARTYPE vt) {
+    const TypeRow* row = row_of(vt);
+    if (!row || !row->write) mismatch();
+    return *row;
+}
+
+// Where a VARIANT keeps its value: a DECIMAL fills the whole VARIANT, every other type sits in
+// the union that follows the type code.
+const void* data_of(const VARIANT* v) {
+    if (V_VT(v) == VT_DECIMAL) return &V_DECIMAL(v);
+    return &V_I4(v);
+}
+void* data_of(VARIANT* v) { return const_cast<void*>(data_of(static_cast<const VARIANT*>(v))); }
+
+// The SAFEARRAY element type that holds a language type: itself where the platform has it in
+// an array, otherwise Variant.
+VARTYPE array_vartype(VarType element) {
+    const auto vt = static_cast<VARTYPE>(element);
+    const TypeRow* row = row_of(vt);
+    return row && row->write && row->element == element ? vt : static_cast<VARTYPE>(VT_VARIANT);
 }
 
 Variant from_array(SAFEARRAY* sa) {
     if (!sa) return Variant(Array(VarType::Variant));
     VARTYPE vt = VT_EMPTY;
     check(SafeArrayGetVartype(sa, &vt));
+    const TypeRow& element = readable(vt);
     const UINT dims = SafeArrayGetDim(sa);
     std::vector<Array::Bound> bounds;
     for (UINT d = 1; d <= dims; ++d) {
@@ -75,342 +184,139 @@ Variant from_array(SAFEARRAY* sa) {
         check(SafeArrayGetUBound(sa, d, &upper));
         bounds.push_back({lower, upper - lower + 1});
     }
-    Array array(element_type_of(vt), std::move(bounds));
+    Array array(element.element, std::move(bounds));
     if (array.size() == 0) return Variant(std::move(array));
-    void* data = nullptr;
-    check(SafeArrayAccessData(sa, &data));
+    safearray_data data(sa);
     auto elements = array.elements_mut();
     const ULONG size = SafeArrayGetElemsize(sa);
-    auto* bytes = static_cast<const unsigned char*>(data);
-    try {
-        for (size_t i = 0; i < elements.size(); ++i) {
-            const void* at = bytes + i * size;
-            switch (vt) {
-            case VT_VARIANT: elements[i] = from_variant(static_cast<const VARIANT*>(at)); break;
-            case VT_BSTR: elements[i] = from_bstr(*static_cast<const BSTR*>(at)); break;
-            case VT_BOOL: elements[i] = from_bool(*static_cast<const VARIANT_BOOL*>(at)); break;
-            case VT_UI1: elements[i] = from_byte(*static_cast<const unsigned char*>(at)); break;
-            case VT_I2: elements[i] = from_integer(*static_cast<const short*>(at)); break;
-            case VT_I4: elements[i] = from_long(*static_cast<const long*>(at)); break;
-            case VT_R4: elements[i] = from_single(*static_cast<const float*>(at)); break;
-            case VT_R8: elements[i] = from_double(*static_cast<const double*>(at)); break;
-            case VT_CY: elements[i] = from_currency(*static_cast<const CY*>(at)); break;
-            case VT_DATE: elements[i] = from_date(*static_cast<const DATE*>(at)); break;
-            case VT_DISPATCH:
-            case VT_UNKNOWN: elements[i] = from_object(*static_cast<IUnknown* const*>(at)); break;
-            default: {
-                VARIANT v;
-                VariantInit(&v);
-                V_VT(&v) = static_cast<VARTYPE>(vt | VT_BYREF);
-                V_BYREF(&v) = const_cast<void*>(at);
-                elements[i] = from_variant(&v);
-            }
-            }
-        }
-    } catch (...) {
-        SafeArrayUnaccessData(sa);
-        throw;
-    }
-    SafeArrayUnaccessData(sa);
+    for (size_t i = 0; i < elements.size(); ++i) elements[i] = element.read(data.bytes() + i * size);
     return Variant(std::move(array));
 }
 
-// Integers outside Long become Double, as the language has no wider integer.
-Variant from_wide_integer(double value) {
-    if (value >= INT32_MIN && value <= INT32_MAX) return Variant(static_cast<int32_t>(value));
-    return Variant(value);
-}
-
-}  // namespace
-
-Variant from_variant(const VARIANT* value) {
-    if (!value) return Variant::missing();
-    const VARTYPE vt = V_VT(value);
-    if (vt == (VT_BYREF | VT_VARIANT)) return from_variant(V_VARIANTREF(value));
-    const bool ref = (vt & VT_BYREF) != 0;
-    const VARTYPE base = static_cast<VARTYPE>(vt & ~VT_BYREF);
-    if (base & VT_ARRAY) return from_array(ref ? *V_ARRAYREF(value) : V_ARRAY(value));
-    switch (base) {
-    case VT_EMPTY: return Variant();
-    case VT_NULL: return Variant::null();
-    case VT_BOOL: return from_bool(ref ? *V_BOOLREF(value) : V_BOOL(value));
-    case VT_UI1: return from_byte(ref ? *V_UI1REF(value) : V_UI1(value));
-    case VT_I2: return from_integer(ref ? *V_I2REF(value) : V_I2(value));
-    case VT_I4: return from_long(ref ? *V_I4REF(value) : V_I4(value));
-    case VT_R4: return from_single(ref ? *V_R4REF(value) : V_R4(value));
-    case VT_R8: return from_double(ref ? *V_R8REF(value) : V_R8(value));
-    case VT_CY: return from_currency(ref ? *V_CYREF(value) : V_CY(value));
-    case VT_DATE: return from_date(ref ? *V_DATEREF(value) : V_DATE(value));
-    case VT_BSTR: return from_bstr(ref ? *V_BSTRREF(value) : V_BSTR(value));
-    case VT_ERROR: return Variant::error(ref ? *V_ERRORREF(value) : V_ERROR(value));
-    case VT_DISPATCH: return from_object(ref ? *V_DISPATCHREF(value) : V_DISPATCH(value));
-    case VT_UNKNOWN: return from_object(ref ? *V_UNKNOWNREF(value) : V_UNKNOWN(value));
-    case VT_I1: return Variant(static_cast<int16_t>(ref ? *V_I1REF(value) : V_I1(value)));
-    case VT_UI2: return Variant(static_cast<int32_t>(ref ? *V_UI2REF(value) : V_UI2(value)));
-    case VT_UI4: return from_wide_integer(ref ? *V_UI4REF(value) : V_UI4(value));
-    case VT_INT: return from_wide_integer(ref ? *V_INTREF(value) : V_INT(value));
-    case VT_UINT: return from_wide_integer(ref ? *V_UINTREF(value) : V_UINT(value));
-    case VT_I8: return from_wide_integer(static_cast<double>(ref ? *V_I8REF(value) : V_I8(value)));
-    case VT_UI8: return from_wide_integer(static_cast<double>(ref ? *V_UI8REF(value) : V_UI8(value)));
-    case VT_DECIMAL: {
-        double d = 0;
-        DECIMAL copy = ref ? *V_DECIMALREF(value) : V_DECIMAL(value);
-        check(VarR8FromDec(&copy, &d));
-        return Variant(d);
-    }
-    default: mismatch();
-    }
-}
-
-Variant from_bstr(BSTR value) { return Variant(text_of(value)); }
-Variant from_integer(short value) { return Variant(static_cast<int16_t>(value)); }
-Variant from_long(long value) { return Variant(static_cast<int32_t>(value)); }
-Variant from_byte(unsigned char value) { return Variant(static_cast<uint8_t>(value)); }
-Variant from_bool(VARIANT_BOOL value) { return Variant(value != VARIANT_FALSE); }
-Variant from_single(float value) { return Variant(value); }
-Variant from_double(double value) { return Variant(value); }
-Variant from_currency(CY value) { return Variant(automation::Currency{value.int64}); }
-Variant from_date(DATE value) { return Variant(automation::Date{value}); }
-
-Variant from_object(IUnknown* value) {
-    if (!value) return Variant::nothing();
-    ICeldoCore* own = nullptr;
-    if (SUCCEEDED(value->QueryInterface(IID_ICeldoCore, reinterpret_cast<void**>(&own)))) {
-        Ref<automation::Component> core(own->core());
-        own->Release();
-        return Variant(std::move(core));
-    }
-    return Variant(Ref<automation::Object>(new HostObject(value)));
-}
-
-// --------------------------------------------------------------------------------- to COM
-
-IUnknown* unknown_of(const Variant& value) {
-    automation::Object* o = value.as_object();
-    if (!o) return nullptr;
-    if (auto* c = dynamic_cast<automation::Component*>(o)) return com_object_for(*c);
-    if (auto* h = dynamic_cast<HostObject*>(o)) {
-        h->unknown()->AddRef();
-        return h->unknown();
-    }
-    if (auto* e = dynamic_cast<automation::Enumerator*>(o)) {
-        IUnknown* u = make_enum_variant(Ref<automation::Enumerator>(e));
-        u->AddRef();
-        return u;
-    }
-    mismatch();
-}
-
-namespace {
-
-VARTYPE vartype_of_element(VarType element) {
-    switch (element) {
-    case VarType::Boolean: return VT_BOOL;
-    case VarType::Byte: return VT_UI1;
-    case VarType::Integer: return VT_I2;
-    case VarType::Long: return VT_I4;
-    case VarType::Single: return VT_R4;
-    case VarType::Double: return VT_R8;
-    case VarType::Currency: return VT_CY;
-    case VarType::Date: return VT_DATE;
-    case VarType::String: return VT_BSTR;
-    case VarType::Object: return VT_DISPATCH;
-    default: return VT_VARIANT;
-    }
-}
-
-SAFEARRAY* to_array(const Array& array) {
-    const VARTYPE vt = vartype_of_element(array.element_type());
+unique_safearray to_array(const Array& array) {
+    const VARTYPE vt = array_vartype(array.element_type());
     std::vector<SAFEARRAYBOUND> bounds;
     for (const auto& b : array.bounds()) bounds.push_back({static_cast<ULONG>(b.count), b.lower});
     if (bounds.empty()) bounds.push_back({0, 0});
-    SAFEARRAY* sa = SafeArrayCreate(vt, static_cast<UINT>(bounds.size()), bounds.data());
-    if (!sa) throw std::bad_alloc();
+    unique_safearray sa = unique_safearray::create(vt, bounds);
     if (array.size() == 0) return sa;
-    void* data = nullptr;
-    if (FAILED(SafeArrayAccessData(sa, &data))) {
-        SafeArrayDestroy(sa);
-        throw std::bad_alloc();
-    }
-    const ULONG size = SafeArrayGetElemsize(sa);
-    auto* bytes = static_cast<unsigned char*>(data);
-    try {
-        auto elements = array.elements();
-        for (size_t i = 0; i < elements.size(); ++i) {
-            void* at = bytes + i * size;
-            switch (vt) {
-            case VT_VARIANT: to_variant(elements[i], static_cast<VARIANT*>(at)); break;
-            case VT_BSTR: store_bstr(static_cast<BSTR*>(at), elements[i]); break;
-            case VT_BOOL: store_bool(static_cast<VARIANT_BOOL*>(at), elements[i]); break;
-            case VT_UI1: store_byte(static_cast<unsigned char*>(at), elements[i]); break;
-            case VT_I2: store_integer(static_cast<short*>(at), elements[i]); break;
-            case VT_I4: store_long(static_cast<long*>(at), elements[i]); break;
-            case VT_R4: store_single(static_cast<float*>(at), elements[i]); break;
-            case VT_R8: store_double(static_cast<double*>(at), elements[i]); break;
-            case VT_CY: store_currency(static_cast<CY*>(at), elements[i]); break;
-            case VT_DATE: store_date(static_cast<DATE*>(at), elements[i]); break;
-            case VT_DISPATCH: store_dispatch(static_cast<IDispatch**>(at), elements[i]); break;
-            default: break;
-            }
-        }
-    } catch (...) {
-        SafeArrayUnaccessData(sa);
-        SafeArrayDestroy(sa);
-        throw;
-    }
-    SafeArrayUnaccessData(sa);
+    // SafeArrayCreate zeroes the elements, and destroying the array frees whatever was written.
+    safearray_data data(sa.get());
+    const TypeRow& element = writable(vt);
+    const ULONG size = SafeArrayGetElemsize(sa.get());
+    auto elements = array.elements();
+    for (size_t i = 0; i < elements.size(); ++i) element.write(data.bytes() + i * size, elements[i]);
     return sa;
 }
 
 }  // namespace
 
+safearray_data::safearray_data(SAFEARRAY* sa) : sa_(sa) { check(SafeArrayAccessData(sa, &data_)); }
+
+std::u16string text_of(BSTR text) {
+    if (!text) return {};
+    return std::u16string(reinterpret_cast<const char16_t*>(text), SysStringLen(text));
+}
+
+bool can_store(VARTYPE vt) noexcept {
+    const TypeRow* row = row_of(vt);
+    return row && row->write;
+}
+
+Variant read_value(VARTYPE vt, const void* storage) { return readable(vt).read(storage); }
+
+void store_value(VARTYPE vt, void* storage, const Variant& value) { writable(vt).write(storage, value); }
+
+void replace_value(VARTYPE vt, void* storage, const Variant& value) {
+    // A reference to a Variant may itself refer to the caller's typed variable.
+    if (vt == VT_VARIANT) return replace_variant(static_cast<VARIANT*>(storage), value);
+    const TypeRow& row = writable(vt);
+    alignas(8) unsigned char fresh[sizeof(VARIANT)];
+    row.write(fresh, value);
+    if (row.free) row.free(storage);
+    std::memcpy(storage, fresh, row.size);
+}
+
+void store_interface(void* target, REFIID iid, const Variant& value) { store_object(target, iid, value); }
+
+void replace_interface(void* target, REFIID iid, const Variant& value) {
+    void* fresh = nullptr;
+    store_object(&fresh, iid, value);
+    com_ptr<IUnknown>::adopt(at<IUnknown*>(target)).reset();
+    at<void*>(target) = fresh;
+}
+
+Variant from_variant(const VARIANT* value) {
+    if (!value) return Variant::missing();
+    const VARTYPE vt = V_VT(value);
+    const bool ref = (vt & VT_BYREF) != 0;
+    const VARTYPE base = static_cast<VARTYPE>(vt & ~VT_BYREF);
+    if (base & VT_ARRAY) return from_array(ref ? *V_ARRAYREF(value) : V_ARRAY(value));
+    // A VARIANT by value holds no VARIANT: only a reference can point at one.
+    if (base == VT_VARIANT && !ref) mismatch();
+    return read_value(base, ref ? V_BYREF(value) : data_of(value));
+}
+
+Variant from_object(IUnknown* value) {
+    if (!value) return Variant::nothing();
+    if (com_ptr<ICeldoCore> own = com_ptr<IUnknown>::copy(value).query<ICeldoCore>(IID_ICeldoCore))
+        return Variant(Ref<automation::Component>(own->core()));
+    return Variant(Ref<automation::Object>(new HostObject(value)));
+}
+
+com_ptr<IUnknown> unknown_of(const Variant& value) {
+    automation::Object* o = value.as_object();
+    if (!o) return nullptr;
+    if (auto* c = dynamic_cast<automation::Component*>(o)) return com_object_for(*c);
+    if (auto* h = dynamic_cast<HostObject*>(o)) return com_ptr<IUnknown>::copy(h->unknown());
+    if (auto* e = dynamic_cast<automation::Enumerator*>(o)) return make_enum_variant(Ref<automation::Enumerator>(e));
+    mismatch();
+}
+
 void to_variant(const Variant& value, VARIANT* out) {
     VariantInit(out);
     if (value.is_array()) {
-        SAFEARRAY* sa = to_array(value.as_array());
-        V_VT(out) = static_cast<VARTYPE>(VT_ARRAY | vartype_of_element(value.as_array().element_type()));
-        V_ARRAY(out) = sa;
+        unique_safearray sa = to_array(value.as_array());
+        V_VT(out) = static_cast<VARTYPE>(VT_ARRAY | array_vartype(value.as_array().element_type()));
+        V_ARRAY(out) = sa.release();
         return;
     }
-    switch (value.type()) {
-    case VarType::Empty: return;
-    case VarType::Null: V_VT(out) = VT_NULL; return;
-    case VarType::Boolean: V_VT(out) = VT_BOOL; V_BOOL(out) = value.as_bool() ? VARIANT_TRUE : VARIANT_FALSE; return;
-    case VarType::Byte: V_VT(out) = VT_UI1; V_UI1(out) = value.as_byte(); return;
-    case VarType::Integer: V_VT(out) = VT_I2; V_I2(out) = value.as_integer(); return;
-    case VarType::Long: V_VT(out) = VT_I4; V_I4(out) = value.as_long(); return;
-    case VarType::Single: V_VT(out) = VT_R4; V_R4(out) = value.as_single(); return;
-    case VarType::Double: V_VT(out) = VT_R8; V_R8(out) = value.as_double(); return;
-    case VarType::Currency: V_VT(out) = VT_CY; V_CY(out).int64 = value.as_currency().scaled; return;
-    case VarType::Date: V_VT(out) = VT_DATE; V_DATE(out) = value.as_date().serial; return;
-    case VarType::Error: V_VT(out) = VT_ERROR; V_ERROR(out) = value.as_error(); return;
-    case VarType::String: V_BSTR(out) = make_bstr(value.as_string()); V_VT(out) = VT_BSTR; return;
-    case VarType::Object: {
-        IUnknown* u = unknown_of(value);
-        if (!u) {
+    if (value.is_object()) {
+        // Dispatch where the object has it, as hosts expect of objects; otherwise IUnknown.
+        com_ptr<IUnknown> u = unknown_of(value);
+        com_ptr<IDispatch> d = u.query<IDispatch>(IID_IDispatch);
+        if (d || !u) {
             V_VT(out) = VT_DISPATCH;
-            V_DISPATCH(out) = nullptr;
-            return;
-        }
-        IDispatch* d = nullptr;
-        if (SUCCEEDED(u->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&d)))) {
-            u->Release();
-            V_VT(out) = VT_DISPATCH;
-            V_DISPATCH(out) = d;
+            V_DISPATCH(out) = d.detach();
         } else {
             V_VT(out) = VT_UNKNOWN;
-            V_UNKNOWN(out) = u;
+            V_UNKNOWN(out) = u.detach();
         }
         return;
     }
-    default: mismatch();
-    }
+    if (value.is_empty()) return;
+    const auto vt = static_cast<VARTYPE>(value.type());
+    if (vt != VT_NULL) writable(vt).write(data_of(out), value);
+    V_VT(out) = vt;
 }
 
-// ------------------------------------------------------------------------ results and refs
-
-void store_bstr(BSTR* target, const Variant& value) {
-    *target = make_bstr(automation::change_type(value, VarType::String).as_string());
-}
-void store_integer(short* target, const Variant& value) {
-    *target = automation::change_type(value, VarType::Integer).as_integer();
-}
-void store_long(long* target, const Variant& value) {
-    *target = automation::change_type(value, VarType::Long).as_long();
-}
-void store_byte(unsigned char* target, const Variant& value) {
-    *target = automation::change_type(value, VarType::Byte).as_byte();
-}
-void store_bool(VARIANT_BOOL* target, const Variant& value) {
-    *target = automation::change_type(value, VarType::Boolean).as_bool() ? VARIANT_TRUE : VARIANT_FALSE;
-}
-void store_single(float* target, const Variant& value) {
-    *target = automation::change_type(value, VarType::Single).as_single();
-}
-void store_double(double* target, const Variant& value) {
-    *target = automation::change_type(value, VarType::Double).as_double();
-}
-void store_currency(CY* target, const Variant& value) {
-    target->int64 = automation::change_type(value, VarType::Currency).as_currency().scaled;
-}
-void store_date(DATE* target, const Variant& value) {
-    *target = automation::change_type(value, VarType::Date).as_date().serial;
-}
-void store_variant(VARIANT* target, const Variant& value) { to_variant(value, target); }
-
-void store_object(void** target, REFIID iid, const Variant& value) {
-    if (!value.is_object()) mismatch();
-    *target = nullptr;
-    IUnknown* u = unknown_of(value);
-    if (!u) return;
-    HRESULT hr = u->QueryInterface(iid, target);
-    u->Release();
-    if (FAILED(hr)) mismatch();
-}
-void store_dispatch(IDispatch** target, const Variant& value) {
-    store_object(reinterpret_cast<void**>(target), IID_IDispatch, value);
-}
-void store_unknown(IUnknown** target, const Variant& value) {
-    if (!value.is_object()) mismatch();
-    *target = unknown_of(value);
-}
-
-void replace_bstr(BSTR* target, const Variant& value) {
-    BSTR fresh = make_bstr(automation::change_type(value, VarType::String).as_string());
-    SysFreeString(*target);
-    *target = fresh;
-}
-
-// A by-reference VARIANT may itself point at the caller's typed variable: write through it,
-// converting to that variable's type.
 void replace_variant(VARIANT* target, const Variant& value) {
     const VARTYPE vt = V_VT(target);
     if (!(vt & VT_BYREF)) {
-        VARIANT fresh;
-        to_variant(value, &fresh);
+        unique_variant fresh;
+        to_variant(value, fresh.get());
         VariantClear(target);
-        *target = fresh;
+        *target = fresh.release();
         return;
     }
-    switch (vt & ~VT_BYREF) {
-    case VT_VARIANT: replace_variant(V_VARIANTREF(target), value); return;
-    case VT_BSTR: replace_bstr(V_BSTRREF(target), value); return;
-    case VT_BOOL: store_bool(V_BOOLREF(target), value); return;
-    case VT_UI1: store_byte(V_UI1REF(target), value); return;
-    case VT_I2: store_integer(V_I2REF(target), value); return;
-    case VT_I4: store_long(V_I4REF(target), value); return;
-    case VT_R4: store_single(V_R4REF(target), value); return;
-    case VT_R8: store_double(V_R8REF(target), value); return;
-    case VT_CY: store_currency(V_CYREF(target), value); return;
-    case VT_DATE: store_date(V_DATEREF(target), value); return;
-    case VT_DISPATCH: replace_dispatch(V_DISPATCHREF(target), value); return;
-    case VT_UNKNOWN: replace_unknown(V_UNKNOWNREF(target), value); return;
-    default:
-        if (vt & VT_ARRAY) {
-            if (!value.is_array()) mismatch();
-            SAFEARRAY* fresh = to_array(value.as_array());
-            if (*V_ARRAYREF(target)) SafeArrayDestroy(*V_ARRAYREF(target));
-            *V_ARRAYREF(target) = fresh;
-            return;
-        }
-        mismatch();
+    if (vt & VT_ARRAY) {
+        if (!value.is_array()) mismatch();
+        unique_safearray fresh = to_array(value.as_array());
+        unique_safearray old(*V_ARRAYREF(target));
+        *V_ARRAYREF(target) = fresh.release();
+        return;
     }
-}
-
-void replace_object(void** target, REFIID iid, const Variant& value) {
-    void* fresh = nullptr;
-    store_object(&fresh, iid, value);
-    if (*target) static_cast<IUnknown*>(*target)->Release();
-    *target = fresh;
-}
-void replace_dispatch(IDispatch** target, const Variant& value) {
-    replace_object(reinterpret_cast<void**>(target), IID_IDispatch, value);
-}
-void replace_unknown(IUnknown** target, const Variant& value) {
-    IUnknown* fresh = nullptr;
-    store_unknown(&fresh, value);
-    if (*target) (*target)->Release();
-    *target = fresh;
+    replace_value(static_cast<VARTYPE>(vt & ~VT_BYREF), V_BYREF(target), value);
 }
 
 }  // namespace celdo::com

@@ -1,79 +1,85 @@
 #pragma once
 // Conversions between the platform's VARIANT, BSTR and SAFEARRAY and the core's Variant. Only
 // the COM layer sees platform types; the core works on Variant alone.
+//
+// Every automation type is described once, in one table indexed by its VARTYPE (bridge.cpp):
+// how a value of it is read from its storage (a VARIANT's data, a by-reference argument's
+// target, an array element, a typed vtable argument) and written back with the language's
+// conversions. Everything below goes through that table.
 
 #include <windows.h>
 #include <oaidl.h>
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "automation/object.hpp"
 #include "automation/variant.hpp"
+#include "com/owners.hpp"
 
 namespace celdo::com {
 
 using automation::Variant;
 
-BSTR make_bstr(std::u16string_view text);
+// The kinds of a late-bound call are IDispatch's own flags, so a call crosses unchanged.
+static_assert(automation::kMethod == DISPATCH_METHOD && automation::kGet == DISPATCH_PROPERTYGET &&
+              automation::kLet == DISPATCH_PROPERTYPUT && automation::kSet == DISPATCH_PROPERTYPUTREF);
+inline constexpr WORD kCallKinds = DISPATCH_METHOD | DISPATCH_PROPERTYGET | DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+// Only the call kinds of a set of flags (IDispatch has other bits that are not the language's).
+inline uint16_t call_kinds(WORD flags) noexcept { return flags & kCallKinds; }
+
 std::u16string text_of(BSTR text);
 
-// Reads a VARIANT, following by-reference content. Subtypes the language lacks become the
-// nearest one it has (small integers Long, 64-bit integers and decimals Double).
+// Reads the value of type `vt` held at `storage` (VT_VARIANT: a VARIANT, followed through
+// references). Subtypes the language lacks become the nearest one it has (small integers
+// Integer or Long, wider integers and decimals Double); a type it cannot hold is a mismatch.
+Variant read_value(VARTYPE vt, const void* storage);
+// Whether store_value can write a `vt`: the language's own types, IUnknown and error codes.
+bool can_store(VARTYPE vt) noexcept;
+// Writes `value` converted to `vt` into uninitialised storage of that type.
+void store_value(VARTYPE vt, void* storage, const Variant& value);
+// The same into storage that holds a value already (a by-reference argument): the old value
+// is released once the new one is made, so a failed conversion leaves it as it was.
+void replace_value(VARTYPE vt, void* storage, const Variant& value);
+// An interface of a library class: the object must offer `iid` (Nothing stores null).
+void store_interface(void* target, REFIID iid, const Variant& value);
+void replace_interface(void* target, REFIID iid, const Variant& value);
+
+// Reads a VARIANT, following by-reference content.
 Variant from_variant(const VARIANT* value);
-Variant from_bstr(BSTR value);
-Variant from_integer(short value);
-Variant from_long(long value);
-Variant from_byte(unsigned char value);
-Variant from_bool(VARIANT_BOOL value);
-Variant from_single(float value);
-Variant from_double(double value);
-Variant from_currency(CY value);
-Variant from_date(DATE value);
 // Library objects come back as themselves; host objects are wrapped for late binding.
 Variant from_object(IUnknown* value);
-
-// Writes a Variant into an empty VARIANT the caller owns.
+// Writes a Variant into a VARIANT that holds nothing the caller owns.
 void to_variant(const Variant& value, VARIANT* out);
-
-// Results: the target is uninitialised. Each converts with the language's rules first.
-void store_bstr(BSTR* target, const Variant& value);
-void store_integer(short* target, const Variant& value);
-void store_long(long* target, const Variant& value);
-void store_byte(unsigned char* target, const Variant& value);
-void store_bool(VARIANT_BOOL* target, const Variant& value);
-void store_single(float* target, const Variant& value);
-void store_double(double* target, const Variant& value);
-void store_currency(CY* target, const Variant& value);
-void store_date(DATE* target, const Variant& value);
-void store_variant(VARIANT* target, const Variant& value);
-void store_dispatch(IDispatch** target, const Variant& value);
-void store_unknown(IUnknown** target, const Variant& value);
-void store_object(void** target, REFIID iid, const Variant& value);
-template <class I>
-void store_interface(I** target, REFIID iid, const Variant& value) {
-    store_object(reinterpret_cast<void**>(target), iid, value);
-}
-
-// By-reference arguments: the old content is released before the new one is written.
-void replace_bstr(BSTR* target, const Variant& value);
-inline void replace_integer(short* t, const Variant& v) { store_integer(t, v); }
-inline void replace_long(long* t, const Variant& v) { store_long(t, v); }
-inline void replace_byte(unsigned char* t, const Variant& v) { store_byte(t, v); }
-inline void replace_bool(VARIANT_BOOL* t, const Variant& v) { store_bool(t, v); }
-inline void replace_single(float* t, const Variant& v) { store_single(t, v); }
-inline void replace_double(double* t, const Variant& v) { store_double(t, v); }
-inline void replace_currency(CY* t, const Variant& v) { store_currency(t, v); }
-inline void replace_date(DATE* t, const Variant& v) { store_date(t, v); }
+// A by-reference VARIANT argument: a VARIANT that points at the caller's typed variable is
+// written through, converting to that variable's type.
 void replace_variant(VARIANT* target, const Variant& value);
-void replace_dispatch(IDispatch** target, const Variant& value);
-void replace_unknown(IUnknown** target, const Variant& value);
-void replace_object(void** target, REFIID iid, const Variant& value);
-template <class I>
-void replace_interface(I** target, REFIID iid, const Variant& value) {
-    replace_object(reinterpret_cast<void**>(target), iid, value);
-}
 
-// The IUnknown that stands for an object Variant (null for Nothing), with a reference added.
-IUnknown* unknown_of(const Variant& value);
+// The IUnknown that stands for an object Variant (null for Nothing).
+com_ptr<IUnknown> unknown_of(const Variant& value);
+
+// The arguments of a call the library makes through IDispatch, owned until they go, and laid
+// out last first as DISPPARAMS wants them.
+class OutgoingArguments {
+public:
+    explicit OutgoingArguments(size_t count) : values_(count), rgvarg_(count) {}
+    OutgoingArguments(const OutgoingArguments&) = delete;
+    OutgoingArguments& operator=(const OutgoingArguments&) = delete;
+
+    // The argument at `index` in source order.
+    VARIANTARG* arg(size_t index) noexcept { return &rgvarg_[rgvarg_.size() - 1 - index]; }
+    // Where the value of that argument lives: the argument itself, or what it refers to.
+    VARIANT* slot(size_t index) noexcept { return values_[index].get(); }
+    void by_value(size_t index, const Variant& value) {
+        to_variant(value, slot(index));
+        *arg(index) = *slot(index);
+    }
+    DISPPARAMS params() noexcept { return {rgvarg_.data(), nullptr, static_cast<UINT>(rgvarg_.size()), 0}; }
+
+private:
+    std::vector<unique_variant> values_;
+    std::vector<VARIANTARG> rgvarg_;
+};
 
 }  // namespace celdo::com

@@ -32,17 +32,11 @@ const ComClass* find_class(const automation::ClassInfo& info) {
     return nullptr;
 }
 
-IUnknown* com_object_for(automation::Component& core) {
-    if (auto* existing = dynamic_cast<DualObjectBase*>(core.peer())) {
-        IUnknown* u = existing->identity();
-        u->AddRef();
-        return u;
-    }
+com_ptr<IUnknown> com_object_for(automation::Component& core) {
+    if (auto* existing = dynamic_cast<DualObjectBase*>(core.peer())) return com_ptr<IUnknown>::copy(existing->identity());
     const ComClass* cls = find_class(core.class_info());
     if (!cls) throw automation::AutomationError(automation::StdError::TypeMismatch);
-    IUnknown* u = cls->make(automation::Ref<automation::Component>(&core));
-    u->AddRef();
-    return u;
+    return com_ptr<IUnknown>::copy(cls->make(automation::Ref<automation::Component>(&core)));
 }
 
 void object_created() noexcept { ++g_objects; }

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "automation/component.hpp"
+#include "com/owners.hpp"
 
 namespace celdo::automation {
 struct ClassInfo;
@@ -39,8 +40,8 @@ const ComClass* find_class(REFCLSID clsid);
 const ComClass* find_class(const automation::ClassInfo& info);
 
 // The COM object of a library object, created on first need and reused while it lives, so that
-// the same object reached twice is the same to the host. Returned with a reference added.
-IUnknown* com_object_for(automation::Component& core);
+// the same object reached twice is the same to the host.
+com_ptr<IUnknown> com_object_for(automation::Component& core);
 
 // Module state for DllCanUnloadNow: COM objects, locks, and the library's own objects.
 void object_created() noexcept;

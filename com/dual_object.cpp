@@ -21,20 +21,27 @@ using automation::Variant;
 
 namespace {
 
-// A one-shot enumerator over a fixed list of interface pointers, for EnumConnectionPoints and
-// EnumConnections.
-template <class Enum, class Item, class Copy, class Free>
+struct Sink {
+    DWORD cookie;
+    com_ptr<IDispatch> sink;
+};
+
+// What an enumerator hands out: a new reference the caller releases.
+IConnectionPoint* hand_out(const com_ptr<IConnectionPoint>& point) {
+    return com_ptr<IConnectionPoint>(point).detach();
+}
+CONNECTDATA hand_out(const Sink& s) { return {com_ptr<IDispatch>(s.sink).detach(), s.cookie}; }
+
+// A one-shot enumerator over a fixed list, for EnumConnectionPoints and EnumConnections.
+template <class Enum, class Item, class Held>
 class ListEnum final : public SingleInterface<Enum> {
 public:
-    ListEnum(std::vector<Item> items, REFIID iid, Copy copy, Free free)
-        : SingleInterface<Enum>(iid), items_(std::move(items)), iid_(iid), copy_(copy), free_(free) {}
-    ~ListEnum() {
-        for (Item& item : items_) free_(item);
-    }
+    ListEnum(std::vector<Held> items, REFIID iid) : SingleInterface<Enum>(iid), items_(std::move(items)), iid_(iid) {}
+
     HRESULT STDMETHODCALLTYPE Next(ULONG count, Item* out, ULONG* fetched) override {
         if (!out || (count > 1 && !fetched)) return E_POINTER;
         ULONG got = 0;
-        while (got < count && at_ < items_.size()) out[got++] = copy_(items_[at_++]);
+        while (got < count && at_ < items_.size()) out[got++] = hand_out(items_[at_++]);
         if (fetched) *fetched = got;
         return got == count ? S_OK : S_FALSE;
     }
@@ -48,33 +55,22 @@ public:
     }
     HRESULT STDMETHODCALLTYPE Clone(Enum** out) override {
         if (!out) return E_POINTER;
-        std::vector<Item> copies;
-        for (Item& item : items_) copies.push_back(copy_(item));
-        auto* clone = new ListEnum(std::move(copies), iid_, copy_, free_);
-        clone->at_ = at_;
-        clone->AddRef();
-        *out = clone;
-        return S_OK;
+        return guarded(iid_, [&] {
+            auto* clone = new ListEnum(items_, iid_);
+            clone->at_ = at_;
+            *out = com_ptr<Enum>::copy(clone).detach();
+        });
+    }
+
+    static com_ptr<Enum> make(std::vector<Held> items, REFIID iid) {
+        return com_ptr<Enum>::copy(new ListEnum(std::move(items), iid));
     }
 
 private:
-    std::vector<Item> items_;
+    std::vector<Held> items_;
     size_t at_ = 0;
     IID iid_;
-    Copy copy_;
-    Free free_;
 };
-
-CONNECTDATA copy_connection(const CONNECTDATA& c) {
-    c.pUnk->AddRef();
-    return c;
-}
-void free_connection(CONNECTDATA& c) { c.pUnk->Release(); }
-IConnectionPoint* copy_point(IConnectionPoint* const& p) {
-    p->AddRef();
-    return p;
-}
-void free_point(IConnectionPoint*& p) { p->Release(); }
 
 }  // namespace
 
@@ -82,9 +78,6 @@ void free_point(IConnectionPoint*& p) { p->Release(); }
 class DualObjectBase::ConnectionPoint final : public IConnectionPoint {
 public:
     explicit ConnectionPoint(DualObjectBase& owner) : owner_(owner) {}
-    ~ConnectionPoint() {
-        for (auto& s : sinks_) s.sink->Release();
-    }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
         if (!out) return E_POINTER;
@@ -110,59 +103,42 @@ public:
     }
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
         if (!sink || !cookie) return E_POINTER;
-        IDispatch* d = nullptr;
-        if (FAILED(sink->QueryInterface(*owner_.class_->events_iid, reinterpret_cast<void**>(&d))) &&
-            FAILED(sink->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&d))))
-            return CONNECT_E_CANNOTCONNECT;
-        *cookie = ++last_cookie_;
-        sinks_.push_back({*cookie, d});
-        return S_OK;
+        com_ptr<IUnknown> unknown = com_ptr<IUnknown>::copy(sink);
+        com_ptr<IDispatch> d = unknown.query<IDispatch>(*owner_.class_->events_iid);
+        if (!d) d = unknown.query<IDispatch>(IID_IDispatch);
+        if (!d) return CONNECT_E_CANNOTCONNECT;
+        return guarded(IID_IConnectionPoint, [&] {
+            sinks_.push_back({last_cookie_ + 1, std::move(d)});
+            *cookie = ++last_cookie_;
+        });
     }
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
         auto it = std::find_if(sinks_.begin(), sinks_.end(), [&](const Sink& s) { return s.cookie == cookie; });
         if (it == sinks_.end()) return CONNECT_E_NOCONNECTION;
-        IDispatch* d = it->sink;
+        // Released after it has left the list: the sink may call back while it goes.
+        com_ptr<IDispatch> gone = std::move(it->sink);
         sinks_.erase(it);
-        d->Release();
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** out) override {
         if (!out) return E_POINTER;
-        std::vector<CONNECTDATA> items;
-        for (auto& s : sinks_) {
-            s.sink->AddRef();
-            items.push_back({s.sink, s.cookie});
-        }
-        auto* e = new ListEnum<IEnumConnections, CONNECTDATA, decltype(&copy_connection), decltype(&free_connection)>(
-            std::move(items), IID_IEnumConnections, &copy_connection, &free_connection);
-        e->AddRef();
-        *out = e;
-        return S_OK;
+        return guarded(IID_IConnectionPoint, [&] {
+            *out = ListEnum<IEnumConnections, CONNECTDATA, Sink>::make(sinks_, IID_IEnumConnections).detach();
+        });
     }
 
     void fire(int32_t event, std::span<Argument> args) {
         if (sinks_.empty()) return;
         // Sinks may disconnect while handling the event: call a copy of the list.
-        std::vector<IDispatch*> targets;
-        for (auto& s : sinks_) {
-            s.sink->AddRef();
-            targets.push_back(s.sink);
-        }
-        std::vector<VARIANTARG> rgvarg(args.size());
-        for (size_t i = 0; i < args.size(); ++i) to_variant(args[i].value, &rgvarg[args.size() - 1 - i]);
-        DISPPARAMS params{rgvarg.data(), nullptr, static_cast<UINT>(args.size()), 0};
-        for (IDispatch* d : targets) {
-            d->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr);
-            d->Release();
-        }
-        for (auto& v : rgvarg) VariantClear(&v);
+        const std::vector<Sink> targets = sinks_;
+        OutgoingArguments outgoing(args.size());
+        for (size_t i = 0; i < args.size(); ++i) outgoing.by_value(i, args[i].value);
+        DISPPARAMS params = outgoing.params();
+        for (const Sink& s : targets)
+            s.sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr);
     }
 
 private:
-    struct Sink {
-        DWORD cookie;
-        IDispatch* sink;
-    };
     DualObjectBase& owner_;
     std::vector<Sink> sinks_;
     DWORD last_cookie_ = 0;
@@ -173,12 +149,12 @@ private:
 DualObjectBase::DualObjectBase(automation::Ref<automation::Component> core)
     : core_(std::move(core)), class_(find_class(core_->class_info())) {
     core_->attach_peer(this);
-    if (class_->events_iid) point_ = new ConnectionPoint(*this);
+    if (class_->events_iid) point_ = std::make_unique<ConnectionPoint>(*this);
     object_created();
 }
 
 DualObjectBase::~DualObjectBase() {
-    delete point_;
+    point_.reset();
     core_->detach_peer(this);
     object_destroyed();
 }
@@ -229,7 +205,8 @@ HRESULT DualObjectBase::invoke(DISPID id, REFIID riid, WORD flags, DISPPARAMS* p
     const UINT total = params->cArgs;
     const UINT named = params->cNamedArgs;
     if (named > total) return E_INVALIDARG;
-    const bool assigning = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+    const uint16_t call = call_kinds(flags);
+    const bool assigning = (call & (automation::kLet | automation::kSet)) != 0;
 
     try {
         // Source order: positional arguments come last-first in rgvarg after the named ones.
@@ -270,8 +247,6 @@ HRESULT DualObjectBase::invoke(DISPID id, REFIID riid, WORD flags, DISPPARAMS* p
             }
         }
 
-        const uint16_t call = static_cast<uint16_t>(flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET |
-                                                            DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF));
         Variant value;
         try {
             value = automation::invoke_member(*core_, *member, call, args);
@@ -286,25 +261,11 @@ HRESULT DualObjectBase::invoke(DISPID id, REFIID riid, WORD flags, DISPPARAMS* p
         }
         if (result) {
             VariantInit(result);
-            if (member->has_result || !(call & DISPATCH_METHOD)) to_variant(value, result);
+            if (member->has_result || !(call & automation::kMethod)) to_variant(value, result);
         }
         return S_OK;
-    } catch (const automation::BindError& e) {
-        // Only a member that has no such accessor is "not found" to the host; every other
-        // failure travels as an exception carrying the language's error number, which both
-        // script engines and compiled clients report as Err.Number.
-        if (e.is(StdError::MemberNotFound)) return DISP_E_MEMBERNOTFOUND;
-        fill_excepinfo(exception, e);
-        set_error_info(e, *class_->iid);
-        return DISP_E_EXCEPTION;
-    } catch (const AutomationError& e) {
-        fill_excepinfo(exception, e);
-        set_error_info(e, *class_->iid);
-        return DISP_E_EXCEPTION;
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
     } catch (...) {
-        return E_UNEXPECTED;
+        return caught_error(*class_->iid, Boundary::Dispatch, exception);
     }
 }
 
@@ -332,24 +293,20 @@ HRESULT DualObjectBase::guid(DWORD kind, GUID* out) noexcept {
 
 HRESULT DualObjectBase::enum_connection_points(IEnumConnectionPoints** out) noexcept {
     if (!out) return E_POINTER;
-    std::vector<IConnectionPoint*> points;
-    if (point_) {
-        point_->AddRef();
-        points.push_back(point_);
-    }
-    auto* e = new ListEnum<IEnumConnectionPoints, IConnectionPoint*, decltype(&copy_point), decltype(&free_point)>(
-        std::move(points), IID_IEnumConnectionPoints, &copy_point, &free_point);
-    e->AddRef();
-    *out = e;
-    return S_OK;
+    return guarded(IID_IConnectionPointContainer, [&] {
+        std::vector<com_ptr<IConnectionPoint>> points;
+        if (point_) points.push_back(com_ptr<IConnectionPoint>::copy(point_.get()));
+        *out = ListEnum<IEnumConnectionPoints, IConnectionPoint*, com_ptr<IConnectionPoint>>::make(
+                   std::move(points), IID_IEnumConnectionPoints)
+                   .detach();
+    });
 }
 
 HRESULT DualObjectBase::find_connection_point(REFIID riid, IConnectionPoint** out) noexcept {
     if (!out) return E_POINTER;
     *out = nullptr;
     if (!point_ || riid != *class_->events_iid) return CONNECT_E_NOCONNECTION;
-    point_->AddRef();
-    *out = point_;
+    *out = com_ptr<IConnectionPoint>::copy(point_.get()).detach();
     return S_OK;
 }
 

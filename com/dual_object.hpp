@@ -7,6 +7,7 @@
 #include <oaidl.h>
 #include <ocidl.h>
 
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -59,7 +60,7 @@ private:
     ULONG refs_ = 0;
     automation::Ref<automation::Component> core_;
     const ComClass* class_;
-    ConnectionPoint* point_ = nullptr;
+    std::unique_ptr<ConnectionPoint> point_;
 };
 
 template <class I>

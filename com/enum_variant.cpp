@@ -1,7 +1,7 @@
 #include "com/enum_variant.hpp"
 
 #include "com/bridge.hpp"
-#include "com/host_call.hpp"
+#include "com/errors.hpp"
 #include "com/unknown.hpp"
 
 namespace celdo::com {
@@ -15,20 +15,21 @@ public:
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) override {
         if (!items || (count > 1 && !fetched)) return E_POINTER;
-        HostCall call;
         ULONG got = 0;
-        try {
+        const HRESULT hr = guarded(IID_IEnumVARIANT, [&] {
             automation::Variant item;
             while (got < count && items_->next(item)) {
                 to_variant(item, &items[got]);
                 ++got;
             }
-        } catch (...) {
+        });
+        if (FAILED(hr)) {
+            // Nothing is handed out from a failed call.
             for (ULONG i = 0; i < got; ++i) VariantClear(&items[i]);
-            if (fetched) *fetched = 0;
-            return E_FAIL;
+            got = 0;
         }
         if (fetched) *fetched = got;
+        if (FAILED(hr)) return hr;
         return got == count ? S_OK : S_FALSE;
     }
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
@@ -44,10 +45,9 @@ public:
     }
     HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** out) override {
         if (!out) return E_POINTER;
-        auto* copy = new EnumVariant(items_->clone());
-        copy->AddRef();
-        *out = copy;
-        return S_OK;
+        return guarded(IID_IEnumVARIANT, [&] {
+            *out = com_ptr<IEnumVARIANT>::copy(new EnumVariant(items_->clone())).detach();
+        });
     }
 
 private:
@@ -56,8 +56,8 @@ private:
 
 }  // namespace
 
-IUnknown* make_enum_variant(automation::Ref<automation::Enumerator> items) {
-    return new EnumVariant(std::move(items));
+com_ptr<IUnknown> make_enum_variant(automation::Ref<automation::Enumerator> items) {
+    return com_ptr<IUnknown>::copy(new EnumVariant(std::move(items)));
 }
 
 }  // namespace celdo::com

@@ -5,10 +5,10 @@
 #include <oaidl.h>
 
 #include "automation/enumerator.hpp"
+#include "com/owners.hpp"
 
 namespace celdo::com {
 
-// A new enumerator object with reference count zero.
-IUnknown* make_enum_variant(automation::Ref<automation::Enumerator> items);
+com_ptr<IUnknown> make_enum_variant(automation::Ref<automation::Enumerator> items);
 
 }  // namespace celdo::com

@@ -1,6 +1,10 @@
 #include "com/errors.hpp"
 
+#include <new>
+#include <utility>
+
 #include "com/bridge.hpp"
+#include "com/owners.hpp"
 
 namespace celdo::com {
 
@@ -28,46 +32,81 @@ int32_t number_of(HRESULT hr) noexcept {
     }
 }
 
-void set_error_info(const AutomationError& error, REFIID iid) noexcept {
-    ICreateErrorInfo* create = nullptr;
-    if (FAILED(CreateErrorInfo(&create))) return;
-    BSTR source = make_bstr(error.source());
-    BSTR description = make_bstr(error.description());
-    create->SetGUID(iid);
-    create->SetSource(source);
-    create->SetDescription(description);
-    SysFreeString(source);
-    SysFreeString(description);
-    IErrorInfo* info = nullptr;
-    if (SUCCEEDED(create->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&info)))) {
-        SetErrorInfo(0, info);
-        info->Release();
+namespace {
+
+// An error as the host receives it, described without allocating.
+struct Report {
+    HRESULT hr;  // what a vtable call returns, and EXCEPINFO's scode
+    std::u16string_view source;
+    std::u16string_view description;
+};
+
+// Error info the host reads after the call. When it cannot be made, any stale one is cleared
+// so that the host does not read an earlier error's text.
+void set_error_info(const Report& report, REFIID iid) noexcept {
+    com_ptr<ICreateErrorInfo> create;
+    unique_bstr source = unique_bstr::try_from(report.source);
+    unique_bstr description = unique_bstr::try_from(report.description);
+    if (!source || !description || allocation_refused() || FAILED(CreateErrorInfo(create.put()))) {
+        SetErrorInfo(0, nullptr);
+        return;
     }
-    create->Release();
+    create->SetGUID(iid);
+    create->SetSource(source.get());
+    create->SetDescription(description.get());
+    SetErrorInfo(0, create.query<IErrorInfo>(IID_IErrorInfo).get());
 }
 
-void fill_excepinfo(EXCEPINFO* info, const AutomationError& error) noexcept {
+// The number travels in scode; texts that cannot be allocated are left out.
+void fill_excepinfo(EXCEPINFO* info, const Report& report) noexcept {
     if (!info) return;
     ZeroMemory(info, sizeof *info);
-    info->scode = hresult_of(error.number());
-    info->bstrSource = make_bstr(error.source());
-    info->bstrDescription = make_bstr(error.description());
+    info->scode = report.hr;
+    info->bstrSource = unique_bstr::try_from(report.source).release();
+    info->bstrDescription = unique_bstr::try_from(report.description).release();
+}
+
+HRESULT deliver(const Report& report, REFIID iid, Boundary boundary, EXCEPINFO* excepinfo) noexcept {
+    set_error_info(report, iid);
+    if (boundary == Boundary::Vtable) return report.hr;
+    fill_excepinfo(excepinfo, report);
+    return DISP_E_EXCEPTION;
+}
+
+}  // namespace
+
+HRESULT caught_error(REFIID iid, Boundary boundary, EXCEPINFO* excepinfo) noexcept {
+    try {
+        throw;
+    } catch (const AutomationError& e) {
+        // Only a member that has no such accessor is "not found" to a late-bound host; every
+        // other failure travels as an exception carrying the language's error number, which
+        // both script engines and compiled clients report as Err.Number.
+        if (boundary == Boundary::Dispatch && dynamic_cast<const automation::BindError*>(&e) &&
+            e.is(StdError::MemberNotFound))
+            return DISP_E_MEMBERNOTFOUND;
+        return deliver({hresult_of(e.number()), e.source(), e.description()}, iid, boundary, excepinfo);
+    } catch (const std::bad_alloc&) {
+        return deliver({E_OUTOFMEMORY, automation::kComponentName, automation::describe(StdError::OutOfMemory)}, iid,
+                       boundary, excepinfo);
+    } catch (...) {
+        return deliver({E_UNEXPECTED, automation::kComponentName, u"Catastrophic failure"}, iid, boundary, excepinfo);
+    }
 }
 
 AutomationError error_from_call(HRESULT hr, EXCEPINFO* info) {
     if (hr == DISP_E_EXCEPTION && info) {
         if (info->pfnDeferredFillIn) info->pfnDeferredFillIn(info);
+        // The texts are ours to free, whatever happens next.
+        unique_bstr source(std::exchange(info->bstrSource, nullptr));
+        unique_bstr description(std::exchange(info->bstrDescription, nullptr));
+        unique_bstr help(std::exchange(info->bstrHelpFile, nullptr));
         const int32_t number = info->wCode ? info->wCode : number_of(info->scode);
-        std::u16string source = info->bstrSource ? text_of(info->bstrSource) : u"";
-        std::u16string description = info->bstrDescription ? text_of(info->bstrDescription) : u"";
-        SysFreeString(info->bstrSource);
-        SysFreeString(info->bstrDescription);
-        SysFreeString(info->bstrHelpFile);
-        if (description.empty() && number > 0 && number <= 0xFFFF) {
-            return AutomationError(number, std::move(source),
+        if (SysStringLen(description.get()) == 0 && number > 0 && number <= 0xFFFF) {
+            return AutomationError(number, text_of(source.get()),
                                    std::u16string(automation::describe(static_cast<StdError>(number))));
         }
-        return AutomationError(number, std::move(source), std::move(description));
+        return AutomationError(number, text_of(source.get()), text_of(description.get()));
     }
     const int32_t number = number_of(hr);
     if (number > 0 && number <= 0xFFFF) return AutomationError(static_cast<StdError>(number));

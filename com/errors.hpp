@@ -5,8 +5,6 @@
 #include <windows.h>
 #include <oaidl.h>
 
-#include <new>
-
 #include "automation/error.hpp"
 #include "com/host_call.hpp"
 
@@ -18,28 +16,30 @@ HRESULT hresult_of(int32_t number) noexcept;
 // The automation error number an HRESULT stands for (the reverse of hresult_of).
 int32_t number_of(HRESULT hr) noexcept;
 
-void set_error_info(const automation::AutomationError& error, REFIID iid) noexcept;
-void fill_excepinfo(EXCEPINFO* info, const automation::AutomationError& error) noexcept;
+// How a failure leaves the library.
+enum class Boundary {
+    Vtable,    // the HRESULT itself, with IErrorInfo
+    Dispatch,  // IDispatch::Invoke: DISP_E_EXCEPTION with EXCEPINFO and IErrorInfo
+};
+
+// The one translation of the exception being handled into what the host receives: its
+// HRESULT, with the error info of `iid` set and, at the Dispatch boundary, `excepinfo` filled.
+// Out of memory reaches the host as error 7 even when nothing more can be allocated to
+// describe it. Call it only from inside a catch block.
+HRESULT caught_error(REFIID iid, Boundary boundary, EXCEPINFO* excepinfo = nullptr) noexcept;
 
 // The error that a failed call into a host object reported.
 automation::AutomationError error_from_call(HRESULT hr, EXCEPINFO* info);
 
-// Runs `body`, turning every failure into an HRESULT with error info: no exception crosses the
-// COM boundary.
+// Runs `body` for a vtable entry: no exception crosses the COM boundary.
 template <class F>
 HRESULT guarded(REFIID iid, F&& body) noexcept {
     HostCall call;
     try {
         body();
         return S_OK;
-    } catch (const automation::AutomationError& e) {
-        set_error_info(e, iid);
-        return hresult_of(e.number());
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
     } catch (...) {
-        set_error_info(automation::AutomationError(automation::StdError::InvalidCall), iid);
-        return E_UNEXPECTED;
+        return caught_error(iid, Boundary::Vtable);
     }
 }
 

@@ -2,8 +2,6 @@
 
 #include <dispex.h>
 
-#include <memory>
-
 #include "automation/error.hpp"
 #include "automation/textops.hpp"
 #include "com/bridge.hpp"
@@ -15,17 +13,9 @@ using automation::Argument;
 using automation::AutomationError;
 using automation::StdError;
 using automation::Variant;
-using automation::VarType;
 
-HostObject::HostObject(IUnknown* unknown) : unknown_(unknown), dispatch_(nullptr) {
-    unknown_->AddRef();
-    if (FAILED(unknown_->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch_)))) dispatch_ = nullptr;
-}
-
-HostObject::~HostObject() {
-    if (dispatch_) dispatch_->Release();
-    unknown_->Release();
-}
+HostObject::HostObject(IUnknown* unknown)
+    : unknown_(com_ptr<IUnknown>::copy(unknown)), dispatch_(unknown_.query<IDispatch>(IID_IDispatch)) {}
 
 namespace {
 
@@ -33,13 +23,26 @@ namespace {
 const IID kDispatchEx = {0xa6ef9860, 0xc720, 0x11d0, {0x93, 0x37, 0x00, 0xa0, 0xc9, 0x0d, 0xca, 0xa9}};
 
 std::u16string type_info_name(ITypeInfo* info) {
-    BSTR name = nullptr;
-    std::u16string result;
-    if (SUCCEEDED(info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr)) && name) {
-        result = text_of(name);
-        SysFreeString(name);
+    unique_bstr name;
+    if (FAILED(info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr))) return {};
+    return text_of(name.get());
+}
+
+// A by-reference argument refers to a slot that owns its value: typed as the parameter is
+// declared when the object says how, otherwise a Variant, which script objects write through.
+void bind_reference(VARIANTARG* arg, VARIANT* slot, VARTYPE declared, const Variant& value) {
+    const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);
+    if (!(declared & VT_BYREF) || type == VT_VARIANT || !can_store(type)) {
+        to_variant(value, slot);
+        V_VT(arg) = VT_BYREF | VT_VARIANT;
+        V_VARIANTREF(arg) = slot;
+        return;
     }
-    return result;
+    // Every type but DECIMAL lives in the union that follows the VARIANT's type code.
+    store_value(type, &V_UI1(slot), value);
+    V_VT(slot) = type;
+    V_VT(arg) = static_cast<VARTYPE>(VT_BYREF | type);
+    V_BYREF(arg) = &V_UI1(slot);
 }
 
 }  // namespace
@@ -47,25 +50,18 @@ std::u16string type_info_name(ITypeInfo* info) {
 std::u16string HostObject::type_name() const {
     // The class name when the object tells it, otherwise its interface's name without the
     // underscore that default interfaces carry.
-    IProvideClassInfo* provide = nullptr;
-    if (SUCCEEDED(unknown_->QueryInterface(IID_IProvideClassInfo, reinterpret_cast<void**>(&provide)))) {
-        ITypeInfo* info = nullptr;
-        std::u16string name;
-        if (SUCCEEDED(provide->GetClassInfo(&info)) && info) {
-            name = type_info_name(info);
-            info->Release();
-        }
-        provide->Release();
-        if (!name.empty()) return name;
-    }
-    if (dispatch_) {
-        ITypeInfo* info = nullptr;
-        if (SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info)) && info) {
-            std::u16string name = type_info_name(info);
-            info->Release();
-            if (!name.empty() && name[0] == u'_') name.erase(0, 1);
+    if (auto provide = unknown_.query<IProvideClassInfo>(IID_IProvideClassInfo)) {
+        com_ptr<ITypeInfo> info;
+        if (SUCCEEDED(provide->GetClassInfo(info.put())) && info) {
+            std::u16string name = type_info_name(info.get());
             if (!name.empty()) return name;
         }
+    }
+    com_ptr<ITypeInfo> info;
+    if (dispatch_ && SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put())) && info) {
+        std::u16string name = type_info_name(info.get());
+        if (!name.empty() && name[0] == u'_') name.erase(0, 1);
+        if (!name.empty()) return name;
     }
     return u"Object";
 }
@@ -81,13 +77,8 @@ std::optional<int32_t> HostObject::member_id(std::u16string_view name) {
     DISPID id = DISPID_UNKNOWN;
     HRESULT hr = dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
     if (FAILED(hr)) {
-        IDispatchEx* ex = nullptr;
-        if (SUCCEEDED(dispatch_->QueryInterface(kDispatchEx, reinterpret_cast<void**>(&ex)))) {
-            BSTR b = make_bstr(name);
-            hr = ex->GetDispID(b, fdexNameCaseInsensitive, &id);
-            SysFreeString(b);
-            ex->Release();
-        }
+        if (auto ex = dispatch_.query<IDispatchEx>(kDispatchEx))
+            hr = ex->GetDispID(unique_bstr::from(name).get(), fdexNameCaseInsensitive, &id);
     }
     if (FAILED(hr)) return std::nullopt;
     names_.emplace_back(std::move(key), id);
@@ -99,88 +90,30 @@ const std::vector<VARTYPE>& HostObject::parameter_types(DISPID member, uint16_t 
         if (key.first == member && key.second == call) return types;
     }
     std::vector<VARTYPE> types;
-    ITypeInfo* info = nullptr;
     UINT count = 0;
+    com_ptr<ITypeInfo> info;
     if (SUCCEEDED(dispatch_->GetTypeInfoCount(&count)) && count > 0 &&
-        SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info)) && info) {
-        TYPEATTR* attr = nullptr;
-        if (SUCCEEDED(info->GetTypeAttr(&attr))) {
-            const INVOKEKIND wanted = (call & automation::kSet)   ? INVOKE_PROPERTYPUTREF
-                                      : (call & automation::kLet) ? INVOKE_PROPERTYPUT
-                                                                  : INVOKE_FUNC;
-            for (WORD f = 0; f < attr->cFuncs; ++f) {
-                FUNCDESC* desc = nullptr;
-                if (FAILED(info->GetFuncDesc(f, &desc))) continue;
-                const bool reading = wanted == INVOKE_FUNC && desc->invkind == INVOKE_PROPERTYGET;
-                if (desc->memid == member && (desc->invkind == wanted || reading)) {
-                    for (SHORT i = 0; i < desc->cParams; ++i) {
-                        const TYPEDESC& t = desc->lprgelemdescParam[i].tdesc;
-                        types.push_back(t.vt == VT_PTR ? static_cast<VARTYPE>(VT_BYREF | t.lptdesc->vt) : t.vt);
-                    }
-                    info->ReleaseFuncDesc(desc);
-                    break;
-                }
-                info->ReleaseFuncDesc(desc);
+        SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put())) && info) {
+        const INVOKEKIND wanted = (call & automation::kSet)   ? INVOKE_PROPERTYPUTREF
+                                  : (call & automation::kLet) ? INVOKE_PROPERTYPUT
+                                                              : INVOKE_FUNC;
+        type_attr attr(info.get());
+        for (WORD f = 0; attr.get() && f < attr.get()->cFuncs; ++f) {
+            func_desc desc(info.get(), f);
+            const FUNCDESC* d = desc.get();
+            if (!d) continue;
+            const bool reading = wanted == INVOKE_FUNC && d->invkind == INVOKE_PROPERTYGET;
+            if (d->memid != member || (d->invkind != wanted && !reading)) continue;
+            for (SHORT i = 0; i < d->cParams; ++i) {
+                const TYPEDESC& t = d->lprgelemdescParam[i].tdesc;
+                types.push_back(t.vt == VT_PTR ? static_cast<VARTYPE>(VT_BYREF | t.lptdesc->vt) : t.vt);
             }
-            info->ReleaseTypeAttr(attr);
+            break;
         }
-        info->Release();
     }
     parameters_.push_back({{member, call}, std::move(types)});
     return parameters_.back().second;
 }
-
-namespace {
-
-// Storage for one by-reference argument: typed as the parameter is declared when the object
-// says how, otherwise a reference to a Variant, which script objects write through.
-struct RefSlot {
-    VARIANT holder;  // Variant slots keep their value here
-    union {
-        BSTR bstr;
-        VARIANT_BOOL boolean;
-        unsigned char byte;
-        short integer;
-        long long_;
-        float single;
-        double double_;
-        CY currency;
-        DATE date;
-        IDispatch* dispatch;
-    } u;
-    VARTYPE vt = VT_VARIANT;
-
-    void bind(const Variant& value, VARTYPE declared, VARIANTARG* arg) {
-        VariantInit(&holder);
-        u.long_ = 0;
-        vt = (declared & VT_BYREF) ? static_cast<VARTYPE>(declared & ~VT_BYREF) : static_cast<VARTYPE>(VT_VARIANT);
-        switch (vt) {
-        case VT_BSTR: store_bstr(&u.bstr, value); V_BSTRREF(arg) = &u.bstr; break;
-        case VT_BOOL: store_bool(&u.boolean, value); V_BOOLREF(arg) = &u.boolean; break;
-        case VT_UI1: store_byte(&u.byte, value); V_UI1REF(arg) = &u.byte; break;
-        case VT_I2: store_integer(&u.integer, value); V_I2REF(arg) = &u.integer; break;
-        case VT_I4: store_long(&u.long_, value); V_I4REF(arg) = &u.long_; break;
-        case VT_R4: store_single(&u.single, value); V_R4REF(arg) = &u.single; break;
-        case VT_R8: store_double(&u.double_, value); V_R8REF(arg) = &u.double_; break;
-        case VT_CY: store_currency(&u.currency, value); V_CYREF(arg) = &u.currency; break;
-        case VT_DATE: store_date(&u.date, value); V_DATEREF(arg) = &u.date; break;
-        case VT_DISPATCH: store_dispatch(&u.dispatch, value); V_DISPATCHREF(arg) = &u.dispatch; break;
-        default: vt = VT_VARIANT; to_variant(value, &holder); V_VARIANTREF(arg) = &holder; break;
-        }
-        V_VT(arg) = static_cast<VARTYPE>(VT_BYREF | vt);
-    }
-
-    void release() {
-        switch (vt) {
-        case VT_BSTR: SysFreeString(u.bstr); break;
-        case VT_DISPATCH: if (u.dispatch) u.dispatch->Release(); break;
-        case VT_VARIANT: VariantClear(&holder); break;
-        default: break;
-        }
-    }
-};
-
-}  // namespace
 
 Variant HostObject::invoke(int32_t member, uint16_t call, std::span<Argument> args) {
     if (!dispatch_) throw AutomationError(StdError::MemberNotFound);
@@ -189,61 +122,29 @@ Variant HostObject::invoke(int32_t member, uint16_t call, std::span<Argument> ar
     for (const Argument& a : args) any_by_ref = any_by_ref || a.by_ref;
     static const std::vector<VARTYPE> undeclared;
     const std::vector<VARTYPE>& declared = any_by_ref ? parameter_types(member, call) : undeclared;
-    std::unique_ptr<VARIANTARG[]> rgvarg(new VARIANTARG[n ? n : 1]);
-    std::unique_ptr<RefSlot[]> slots(new RefSlot[n ? n : 1]);
-    size_t built = 0;
-    auto cleanup = [&] {
-        for (size_t i = 0; i < built; ++i) {
-            if (args[i].by_ref) slots[i].release();
-            else VariantClear(&rgvarg[n - 1 - i]);
-        }
-    };
-    try {
-        for (; built < n; ++built) {
-            VARIANTARG* arg = &rgvarg[n - 1 - built];
-            VariantInit(arg);
-            if (args[built].by_ref) slots[built].bind(args[built].value, built < declared.size() ? declared[built] : static_cast<VARTYPE>(VT_EMPTY), arg);
-            else to_variant(args[built].value, arg);
-        }
-    } catch (...) {
-        cleanup();
-        throw;
+
+    OutgoingArguments outgoing(n);
+    for (size_t i = 0; i < n; ++i) {
+        if (!args[i].by_ref) outgoing.by_value(i, args[i].value);
+        else bind_reference(outgoing.arg(i), outgoing.slot(i), i < declared.size() ? declared[i] : VARTYPE{VT_EMPTY}, args[i].value);
     }
 
     DISPID put = DISPID_PROPERTYPUT;
-    DISPPARAMS params{rgvarg.get(), nullptr, static_cast<UINT>(n), 0};
+    DISPPARAMS params = outgoing.params();
     if ((call & (automation::kLet | automation::kSet)) && n > 0) {
         params.rgdispidNamedArgs = &put;
         params.cNamedArgs = 1;
     }
-    WORD flags = 0;
-    if (call & automation::kMethod) flags |= DISPATCH_METHOD;
-    if (call & automation::kGet) flags |= DISPATCH_PROPERTYGET;
-    if (call & automation::kLet) flags |= DISPATCH_PROPERTYPUT;
-    if (call & automation::kSet) flags |= DISPATCH_PROPERTYPUTREF;
-
-    VARIANT result;
-    VariantInit(&result);
+    unique_variant result;
     EXCEPINFO info{};
     UINT arg_error = 0;
-    HRESULT hr = dispatch_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, &result, &info, &arg_error);
-    if (FAILED(hr)) {
-        cleanup();
-        throw error_from_call(hr, &info);
+    const HRESULT hr = dispatch_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, call_kinds(call), &params,
+                                         result.get(), &info, &arg_error);
+    if (FAILED(hr)) throw error_from_call(hr, &info);
+    for (size_t i = 0; i < n; ++i) {
+        if (args[i].by_ref) args[i].value = from_variant(outgoing.arg(i));
     }
-    try {
-        for (size_t i = 0; i < n; ++i) {
-            if (args[i].by_ref) args[i].value = from_variant(&rgvarg[n - 1 - i]);
-        }
-        Variant value = from_variant(&result);
-        VariantClear(&result);
-        cleanup();
-        return value;
-    } catch (...) {
-        VariantClear(&result);
-        cleanup();
-        throw;
-    }
+    return from_variant(result.get());
 }
 
 }  // namespace celdo::com

@@ -12,15 +12,15 @@
 
 #include "automation/object.hpp"
 #include "automation/variant.hpp"
+#include "com/owners.hpp"
 
 namespace celdo::com {
 
 class HostObject final : public automation::Object {
 public:
     explicit HostObject(IUnknown* unknown);
-    ~HostObject() override;
 
-    IUnknown* unknown() const noexcept { return unknown_; }
+    IUnknown* unknown() const noexcept { return unknown_.get(); }
 
     std::u16string type_name() const override;
     std::optional<int32_t> member_id(std::u16string_view name) override;
@@ -33,8 +33,8 @@ private:
     // script objects as references to Variants.
     const std::vector<VARTYPE>& parameter_types(DISPID member, uint16_t call);
 
-    IUnknown* unknown_;
-    IDispatch* dispatch_;
+    com_ptr<IUnknown> unknown_;
+    com_ptr<IDispatch> dispatch_;
     std::vector<std::pair<std::u16string, DISPID>> names_;
     std::vector<std::pair<std::pair<DISPID, uint16_t>, std::vector<VARTYPE>>> parameters_;
 };

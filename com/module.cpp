@@ -39,14 +39,11 @@ public:
         if (outer) return CLASS_E_NOAGGREGATION;
         const automation::ClassInfo& info = class_.info();
         if (!info.create) return CLASS_E_CLASSNOTAVAILABLE;
-        IUnknown* object = nullptr;
-        HRESULT hr = guarded(*class_.iid, [&] { object = class_.make(info.create()); });
+        com_ptr<IUnknown> object;
+        const HRESULT hr = guarded(*class_.iid, [&] { object = com_ptr<IUnknown>::copy(class_.make(info.create())); });
         if (FAILED(hr)) return hr;
         if (!object) return E_UNEXPECTED;
-        object->AddRef();
-        hr = object->QueryInterface(riid, out);
-        object->Release();
-        return hr;
+        return object->QueryInterface(riid, out);
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
         lock_module(lock != FALSE);

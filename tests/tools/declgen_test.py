@@ -136,11 +136,11 @@ class EmitTest(unittest.TestCase):
             "automation::Variant value = invoke_on(core, 1, automation::kLet, args);",
             "HRESULT STDMETHODCALLTYPE get_Item(VARIANT* p0, _Widget** out) override {",
             "if (!p0 || !out) return E_POINTER;",
-            "replace_variant(p0, args[0].value);",
+            "replace_value(VT_VARIANT, p0, args[0].value);",
             "store_interface(out, IID__Widget, value);",
             "HRESULT STDMETHODCALLTYPE putref_Tag(VARIANT rhs) override {",
-            "automation::Argument args[] = {automation::Argument{from_variant(&rhs), false}};",
-            "replace_bstr(p1, args[1].value);",
+            "automation::Argument args[] = {automation::Argument{read_value(VT_VARIANT, &rhs), false}};",
+            "replace_value(VT_BSTR, p1, args[1].value);",
         )
 
     def test_hostile_walk(self):

@@ -4,60 +4,35 @@ late binding uses, writes by-reference arguments back and stores the result."""
 from __future__ import annotations
 
 import os
-from dataclasses import dataclass
 
 # The shims override the methods widl declares from the IDL, so their C types are the IDL's.
 from .emit_idl import idl_type
 from .model import Accessor, Member, Model, Type
 
 
-@dataclass(frozen=True)
-class Bridge:
-    """The functions of com/bridge.hpp that carry one type across the boundary."""
-    store: str    # writes a result into an uninitialised out pointer
-    replace: str  # writes a by-reference argument back, releasing what it held
-    source: str   # makes the runtime's Variant of a C argument
-
-
-BRIDGE = {
-    "String": Bridge("store_bstr", "replace_bstr", "from_bstr"),
-    "Integer": Bridge("store_integer", "replace_integer", "from_integer"),
-    "Long": Bridge("store_long", "replace_long", "from_long"),
-    "Byte": Bridge("store_byte", "replace_byte", "from_byte"),
-    "Boolean": Bridge("store_bool", "replace_bool", "from_bool"),
-    "Single": Bridge("store_single", "replace_single", "from_single"),
-    "Double": Bridge("store_double", "replace_double", "from_double"),
-    "Currency": Bridge("store_currency", "replace_currency", "from_currency"),
-    "Date": Bridge("store_date", "replace_date", "from_date"),
-    "Variant": Bridge("store_variant", "replace_variant", "from_variant"),
-    "Object": Bridge("store_dispatch", "replace_dispatch", "from_object"),
-    "Unknown": Bridge("store_unknown", "replace_unknown", "from_object"),
-    "Enum": Bridge("store_long", "replace_long", "from_long"),  # an enumeration is a C long
-    "Class": Bridge("store_interface", "replace_interface", "from_object"),  # these take the IID
+# The VARTYPE each declared kind crosses the vtable as; com/bridge.hpp reads and writes every
+# one of them through its single table of types. An enumeration is a 32-bit integer; the
+# interface of a library class is read as any interface pointer.
+VARTYPE = {
+    "String": "VT_BSTR", "Integer": "VT_I2", "Long": "VT_I4", "Byte": "VT_UI1", "Boolean": "VT_BOOL",
+    "Single": "VT_R4", "Double": "VT_R8", "Currency": "VT_CY", "Date": "VT_DATE", "Variant": "VT_VARIANT",
+    "Object": "VT_DISPATCH", "Unknown": "VT_UNKNOWN", "Enum": "VT_I4", "Class": "VT_DISPATCH",
 }
 
 
 def write_value(t: Type, target: str, value: str, replace: bool) -> str:
     """Statement writing the Variant `value` through the pointer `target`: a result, or with
-    `replace` a by-reference argument."""
-    b = BRIDGE[t.kind]
-    fn = b.replace if replace else b.store
-    if t.kind == "Enum":
-        return f"{fn}(reinterpret_cast<long*>({target}), {value})"
+    `replace` a by-reference argument, releasing what it held."""
+    verb = "replace" if replace else "store"
     if t.kind == "Class":
-        return f"{fn}({target}, IID_{t.cls.interface[0]}, {value})"
-    return f"{fn}({target}, {value})"
+        # Written as the class's own interface, which the object must offer.
+        return f"{verb}_interface({target}, IID_{t.cls.interface[0]}, {value})"
+    return f"{verb}_value({VARTYPE[t.kind]}, {target}, {value})"
 
 
 def read_value(t: Type, name: str, by_ref: bool) -> str:
     """Expression making the Variant the member table receives of the C argument `name`."""
-    fn = BRIDGE[t.kind].source
-    if t.kind == "Variant":
-        return f"{fn}({name if by_ref else '&' + name})"  # the bridge reads a VARIANT through a pointer
-    value = f"*{name}" if by_ref else name
-    if t.kind == "Enum":
-        return f"{fn}(static_cast<long>({value}))"
-    return f"{fn}({value})"
+    return f"read_value({VARTYPE[t.kind]}, {name if by_ref else '&' + name})"
 
 
 def shim(m: Member, acc: Accessor) -> list[str]:
