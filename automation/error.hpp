@@ -70,4 +70,29 @@ private:
     int index_;
 };
 
+// The language's On Error Resume Next around one step, for the places whose behaviour is to
+// go on after an error: runs `step`, and an automation error it raises ends the step without
+// reaching the caller. Only automation errors are absorbed; out of memory still reaches the
+// host. Returns whether the step ran to its end.
+template <class F>
+bool resume_next(F&& step) {
+    try {
+        step();
+        return true;
+    } catch (const AutomationError&) {
+        return false;
+    }
+}
+
+// The same for a step that answers: its answer, or `fallback` when it raises an automation
+// error.
+template <class T, class F>
+T resume_with(T fallback, F&& step) {
+    try {
+        return step();
+    } catch (const AutomationError&) {
+        return fallback;
+    }
+}
+
 }  // namespace celdo::automation

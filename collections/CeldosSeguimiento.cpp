@@ -1,16 +1,25 @@
 #include "collections/CeldosSeguimiento.hpp"
 
+#include "automation/textops.hpp"
+
 namespace celdo::collections {
 
 using automation::Variant;
 
+bool is_audit_name(std::u16string_view name) {
+    for (std::u16string_view audit : kAuditNames) {
+        if (automation::equal_text(name, audit)) return true;
+    }
+    return false;
+}
+
 namespace {
 
 // Who: a profile name of up to 15 characters, "Admin" unless told otherwise.
-automation::Ref<fields::clsCeldo> profile(const std::u16string& name) {
+automation::Ref<fields::clsCeldo> profile(std::u16string_view name) {
     auto f = automation::make_ref<fields::clsCeldo>();
-    f->let_Name(name);
-    f->let_SourceName(u"str" + name);
+    f->let_Name(std::u16string(name));
+    f->let_SourceName(u"str" + std::u16string(name));
     f->let_Size(15);
     f->let_Required(true);
     f->let_DefaultValue(Variant(u"Admin"));
@@ -18,10 +27,10 @@ automation::Ref<fields::clsCeldo> profile(const std::u16string& name) {
 }
 
 // When: a date and time, now unless told otherwise.
-automation::Ref<fields::clsCeldo> moment(const std::u16string& name) {
+automation::Ref<fields::clsCeldo> moment(std::u16string_view name) {
     auto f = automation::make_ref<fields::clsCeldo>();
-    f->let_Name(name);
-    f->let_SourceName(u"dtm" + name);
+    f->let_Name(std::u16string(name));
+    f->let_SourceName(u"dtm" + std::u16string(name));
     f->let_DataType(fields::exDateTime);
     f->let_Required(true);
     f->let_DefaultValue(Variant(u"Now()"));
@@ -31,8 +40,8 @@ automation::Ref<fields::clsCeldo> moment(const std::u16string& name) {
 }  // namespace
 
 CeldosSeguimiento::CeldosSeguimiento()
-    : n_profile_(profile(u"NProfile")), u_profile_(profile(u"UProfile")), n_fecha_(moment(u"NFecha")),
-      u_fecha_(moment(u"UFecha")) {}
+    : n_profile_(profile(kAuditNames[0])), u_profile_(profile(kAuditNames[1])), n_fecha_(moment(kAuditNames[2])),
+      u_fecha_(moment(kAuditNames[3])) {}
 
 automation::Ref<clsCeldos> CeldosSeguimiento::Registro() const {
     auto row = automation::make_ref<clsCeldos>();

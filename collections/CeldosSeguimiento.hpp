@@ -2,11 +2,21 @@
 // CeldosSeguimiento: the four audit-trail fields, created with fixed metadata and replaceable
 // through their properties (plain references: no copy, no check).
 
+#include <array>
+#include <string_view>
+
 #include "automation/component.hpp"
 #include "collections/CeldosSeguimiento.gen.hpp"
 #include "collections/clsCeldos.hpp"
 
 namespace celdo::collections {
+
+// The audit fields' names, in the order Registro lists them: who made the row and who changed
+// it last, then when each happened.
+inline constexpr std::array<std::u16string_view, 4> kAuditNames{u"NProfile", u"UProfile", u"NFecha", u"UFecha"};
+// Whether a field's name is one of them, in any case (a row's own audit fields are never
+// overwritten by a position-based assignment).
+bool is_audit_name(std::u16string_view name);
 
 class CeldosSeguimiento final : public automation::Declared<CeldosSeguimiento> {
 public:
@@ -25,6 +35,7 @@ public:
     // A new collection on every call, of the same four field objects.
     automation::Ref<clsCeldos> Registro() const;
 
+    // Not published: the fields it holds, for the cycle collector.
     void visit_references(automation::ReferenceVisitor& visitor) const override {
         for (const Field* f : {&n_profile_, &u_profile_, &n_fecha_, &u_fecha_}) visitor.visit(f->get());
     }

@@ -47,16 +47,12 @@ std::optional<size_t> clsCeldos::anchor(const Variant& Before, const Variant& Af
 void clsCeldos::Append(Ref<Field> Celdo, const Variant& Before, const Variant& After, const std::u16string& Key) {
     if (!Celdo) return;
     // Every step goes on after a failure: a position beyond the 16-bit range stays -1.
-    try {
+    automation::resume_next([&] {
         if (Celdo->get_Position() == -1) Celdo->let_Position(automation::to_integer(Variant(get_Count())));
-    } catch (const AutomationError&) {
-    }
+    });
     const std::u16string key = Key.empty() ? std::u16string(automation::trim(Celdo->get_Name())) : Key;
     std::optional<size_t> at;
-    try {
-        at = anchor(Before, After);
-    } catch (const AutomationError&) {
-    }
+    automation::resume_next([&] { at = anchor(Before, After); });
     if (!at) return;
     // A name already in use keeps the field, unkeyed: reachable by position and enumeration.
     if (items_.insert(*at, Celdo, key) == KeyedList<Ref<Field>>::Result::DuplicateKey)
@@ -170,25 +166,23 @@ void clsCeldos::Appends(Ref<clsCeldos> Celdos, const Variant& Before, const Vari
     if (!Celdos) return;
     // The same objects, shared: a change through one collection shows through the other.
     for (const Ref<Field>& field : Celdos->items_.snapshot()) {
-        try {
+        automation::resume_next([&] {
             Append(field, Before, After, Key);
             renumber_last(*field);
-        } catch (const AutomationError&) {
-        }
+        });
     }
 }
 
 void clsCeldos::AppendsAs(Ref<clsCeldos> Celdos, const Variant& Before, const Variant& After) {
     if (!Celdos) return;
     for (Ref<Field> field : Celdos->items_.snapshot()) {
-        try {
+        automation::resume_next([&] {
             std::u16string no_name;
             Variant no_value = Variant::missing();
             Ref<Field> copy = Duplicate(field, no_name, no_value);
             Append(copy, Before, After, u"");
             renumber_last(*copy);
-        } catch (const AutomationError&) {
-        }
+        });
     }
 }
 
@@ -202,37 +196,7 @@ automation::Ref<fields::clsCeldo> clsCeldos::Duplicate(Ref<Field>& rOriginal, st
                                                        Variant& oNewValue) const {
     if (!rOriginal) throw AutomationError(StdError::ObjectVariableNotSet);
     const Field& original = *rOriginal;
-    auto copy = automation::make_ref<Field>();
-    copy->let_Name(oNewName.empty() ? original.get_Name() : oNewName);
-    copy->let_SourceName(original.get_SourceName());
-    copy->let_SourceTableName(original.get_SourceTableName());
-    copy->let_Caption(original.get_Caption());
-    copy->let_Description(original.get_Description());
-    copy->let_Expresion(original.get_Expresion());
-    copy->let_DataType(original.get_DataType());
-    copy->let_Size(original.get_Size());
-    if (!original.get_DefaultValue().is_empty()) copy->let_DefaultValue(original.get_DefaultValue());
-    copy->let_Format(original.get_Format());
-    copy->let_Required(original.get_Required());
-    copy->let_RowSource(original.get_RowSource());
-    copy->let_UpperCase(original.get_UpperCase());
-    copy->let_Operator(original.get_Operator());
-    copy->let_Direction(original.get_Direction());
-    copy->let_Conjunction(original.get_Conjunction());
-    copy->let_ValidationRule(original.get_ValidationRule());
-    copy->let_ValidationText(original.get_ValidationText());
-    copy->let_DisplayControl(original.get_DisplayControl());
-    copy->let_ColumnCount(original.get_ColumnCount());
-    copy->let_Visible(original.get_Visible());
-    copy->let_HelpContexID(original.get_HelpContexID());
-    copy->let_Redondeo(original.get_Redondeo());
-    copy->load_old_value(original.get_OldValue());
-    const Variant value = oNewValue.is_missing() ? original.get_Value() : oNewValue;
-    if (!oNewValue.is_missing() || !value.is_empty()) {
-        // An object value is copied as the reference it is.
-        if (value.is_object()) copy->set_Value(value);
-        else copy->let_Value(value);
-    }
+    Ref<Field> copy = original.copy(oNewName, oNewValue);
     copy->let_Updated(true);
     if (original.get_HasChildren()) copy_children(original, *copy);
     return copy;

@@ -21,6 +21,10 @@ public:
     template <class T>
     using Ref = automation::Ref<T>;
 
+    // =========================================================================================
+    // Published: the members of collections/clsCeldos.api, which hosts call by name.
+    // =========================================================================================
+
     Ref<Field> Add(const std::u16string& Name, const std::u16string& SourceName, int16_t DataType, int32_t Size,
                    int16_t Position, bool Required, const std::u16string& Description,
                    const std::u16string& ValidationText, const Variant& Value, const Variant& OldValue,
@@ -72,6 +76,10 @@ public:
     Ref<clsCeldos> RangeAs(const std::u16string& vCeldos) const;
     Ref<clsCeldos> RangeEx(const std::u16string& vCeldos) const;
     Ref<clsCeldos> RangeExAs(const std::u16string& vCeldos) const;
+
+    // =========================================================================================
+    // For the library only: what the fields' writers, the other classes and the collector use.
+    // =========================================================================================
 
     // The fields' forms at a nesting level, joined in order; a field's writer calls these for
     // its children.

@@ -27,6 +27,7 @@ public:
     void Clear() { rows_.clear(); }
     bool Exist(const std::u16string& Name) const { return rows_.find(Name) != nullptr; }
 
+    // Not published: the rows it holds, for the cycle collector.
     void visit_references(automation::ReferenceVisitor& visitor) const override {
         rows_.for_each_copy([&](const Row& r) { visitor.visit(r.get()); });
     }

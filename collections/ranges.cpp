@@ -28,15 +28,14 @@ struct NameSet {
 // copies go through AppendAs, which duplicates. A field that cannot be added is passed over.
 void clsCeldos::add_to(clsCeldos& result, Ref<Field> field, bool copy) {
     const Variant none = Variant::missing();
-    try {
+    automation::resume_next([&] {
         if (copy) {
             Variant value = none;
             result.AppendAs(field, u"", value, none, none);
         } else {
             result.Append(std::move(field), none, none, u"");
         }
-    } catch (const automation::AutomationError&) {
-    }
+    });
 }
 
 automation::Ref<clsCeldos> clsCeldos::named(const std::u16string& list, bool copy) const {

@@ -1,28 +1,12 @@
 // The collection's state operations: one field operation over every field in order, values
 // moved in from another row by position or by name, and the required check before a save.
-#include <array>
-
 #include "automation/error.hpp"
-#include "automation/textops.hpp"
+#include "collections/CeldosSeguimiento.hpp"
 #include "collections/clsCeldos.hpp"
 
 namespace celdo::collections {
 
 using automation::Variant;
-
-namespace {
-
-// The audit fields a position-based assignment never overwrites.
-constexpr std::array<std::u16string_view, 4> kAuditNames{u"NProfile", u"UProfile", u"UFecha", u"NFecha"};
-
-bool is_audit(std::u16string_view name) {
-    for (std::u16string_view audit : kAuditNames) {
-        if (automation::equal_text(name, audit)) return true;
-    }
-    return false;
-}
-
-}  // namespace
 
 // Each walk takes a snapshot first, so that a field operation that reaches back into this
 // collection (through a Chance handler) cannot disturb the walk.
@@ -66,7 +50,7 @@ void clsCeldos::Assing(Ref<clsCeldos>& Values) {
     const std::vector<Ref<Field>> theirs = Values->items_.snapshot();
     // Positions pair up; an audit field here skips its partner there too.
     for (size_t i = 0; i < mine.size() && i < theirs.size(); ++i) {
-        if (is_audit(mine[i]->get_Name())) continue;
+        if (is_audit_name(mine[i]->get_Name())) continue;
         mine[i]->let_Value(theirs[i]->get_Value());
         mine[i]->let_DefaultValue(theirs[i]->get_DefaultValue());
     }
@@ -82,13 +66,12 @@ void clsCeldos::Update(Ref<clsCeldos>& Values, const std::u16string& Property) {
 bool clsCeldos::ValidateRequired(std::u16string& Msg, fields::exEdit oEditMode) {
     if (oEditMode == fields::exUpdate || oEditMode == fields::exInsert) {
         // A check that fails ends the walk; the answer comes from the messages gathered so far.
-        try {
+        automation::resume_next([&] {
             for (const Ref<Field>& f : items_.snapshot()) {
                 if (oEditMode == fields::exUpdate && !f->get_Updated()) continue;
                 f->ValidateRequired(Msg, oEditMode);
             }
-        } catch (const automation::AutomationError&) {
-        }
+        });
     }
     // A message passed in counts as a failure too: callers pass an empty one.
     return Msg.empty();

@@ -124,6 +124,41 @@ void clsCeldo::let_DataType(ExDataType value) {
 
 int32_t clsCeldo::get_Size() const { return size_ != 0 ? size_ : facts_of(data_type_).default_size; }
 
+automation::Ref<clsCeldo> clsCeldo::copy(const std::u16string& name, const Variant& value) const {
+    auto copy = automation::make_ref<clsCeldo>();
+    copy->let_Name(name.empty() ? get_Name() : name);
+    copy->let_SourceName(get_SourceName());
+    copy->let_SourceTableName(get_SourceTableName());
+    copy->let_Caption(get_Caption());
+    copy->let_Description(get_Description());
+    copy->let_Expresion(get_Expresion());
+    copy->let_DataType(get_DataType());
+    copy->let_Size(get_Size());
+    if (!get_DefaultValue().is_empty()) copy->let_DefaultValue(get_DefaultValue());
+    copy->let_Format(get_Format());
+    copy->let_Required(get_Required());
+    copy->let_RowSource(get_RowSource());
+    copy->let_UpperCase(get_UpperCase());
+    copy->let_Operator(get_Operator());
+    copy->let_Direction(get_Direction());
+    copy->let_Conjunction(get_Conjunction());
+    copy->let_ValidationRule(get_ValidationRule());
+    copy->let_ValidationText(get_ValidationText());
+    copy->let_DisplayControl(get_DisplayControl());
+    copy->let_ColumnCount(get_ColumnCount());
+    copy->let_Visible(get_Visible());
+    copy->let_HelpContexID(get_HelpContexID());
+    copy->let_Redondeo(get_Redondeo());
+    copy->old_value_ = old_value_;
+    const Variant carried = value.is_missing() ? get_Value() : value;
+    if (!value.is_missing() || !carried.is_empty()) {
+        // An object value is copied as the reference it is.
+        if (carried.is_object()) copy->set_Value(carried);
+        else copy->let_Value(carried);
+    }
+    return copy;
+}
+
 XMLNodeTypes clsCeldo::get_NodeType() const {
     if (node_type_ == xntUnknown) throw automation::AutomationError(kObjectError, u"Celdo.NodeType", u"Required property not initialized");
     return node_type_;

@@ -29,6 +29,10 @@ public:
     clsCeldo();
     ~clsCeldo() override;
 
+    // =========================================================================================
+    // Published: the members of fields/clsCeldo.api, which hosts call by name.
+    // =========================================================================================
+
     // ---- object and metadata
     Ref<automation::Object> get_ExtendProperties() const;
     void set_ExtendProperties(Ref<automation::Object> value);
@@ -89,10 +93,6 @@ public:
     void Undo();
     bool get_Updated() const;
     void let_Updated(bool flag);
-    // Not published: the collections' CancelUpdate restores the value loaded last, and
-    // Duplicate carries the old value over.
-    void cancel_update();
-    void load_old_value(const Variant& value) { old_value_ = value; }
 
     // ---- validation
     bool Validate(const Variant& oValue) const;
@@ -139,6 +139,18 @@ public:
     bool Parse(std::u16string& Encode, std::u16string& rstrXML);
     Variant Item(const std::u16string& Index) const;
     void SetItem(std::u16string& Index, Variant& Value);
+
+    // =========================================================================================
+    // For the library only: what the collections, the loaders and the collector use.
+    // =========================================================================================
+
+    // A copy as the collections' Duplicate makes it: the metadata read and written through
+    // the properties, as a host copying them would, then the old value and `value` (this
+    // field's own when Missing). Children are left to the caller, which checks their depth. A
+    // property added to the field is carried here.
+    Ref<clsCeldo> copy(const std::u16string& name, const Variant& value) const;
+    // The collections' CancelUpdate: back to the value loaded last.
+    void cancel_update();
 
     // How deep the text forms nest: deeper trees (or a field among its own children) are
     // refused rather than overflowing the stack.

@@ -52,7 +52,7 @@ bool clsCeldo::validate(Variant& w) const {
         throw automation::AutomationError(kObjectError, u"Celdo_" + get_Caption(), u"Tipo de dato no válido");
     }
     // A run-time failure while judging (a text that cannot be compared) means "not acceptable".
-    try {
+    return automation::resume_with(false, [&]() -> bool {
         switch (facts.validation) {
         case Validation::Boolean:
             if (w.type() == automation::VarType::Boolean) return w.as_bool();  // False is refused, deliberately
@@ -98,10 +98,8 @@ bool clsCeldo::validate(Variant& w) const {
         case Validation::Always: return true;
         case Validation::Unknown: break;
         }
-    } catch (const automation::AutomationError&) {
         return false;
-    }
-    return false;
+    });
 }
 
 bool clsCeldo::Validate(const Variant& oValue) const {
@@ -137,7 +135,7 @@ std::vector<std::u16string> cut_list(std::u16string_view text) {
 
 Variant clsCeldo::ValidateRequired(std::u16string& Msg, exEdit) {
     // Any failure while checking ends the checks; the answer comes from the messages so far.
-    try {
+    automation::resume_next([&] {
         if (required_ && get_RowSourceType() == exValueList && !row_source_.empty()) {
             const Variant rows = get_GetRowSource();
             const Variant value = get_Value();
@@ -167,8 +165,7 @@ Variant clsCeldo::ValidateRequired(std::u16string& Msg, exEdit) {
                        u" no puede contener un valor nulo. Escriba un valor en este campo.\r\n";
             }
         }
-    } catch (const automation::AutomationError&) {
-    }
+    });
     return Variant(Msg.empty());
 }
 

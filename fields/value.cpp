@@ -167,11 +167,8 @@ void clsCeldo::store(Variant w) {
         break;
     case Change::Always: break;
     case Change::Variant:
-        try {
-            differs = automation::compare(value_, w) != automation::Ordering::Equal;
-        } catch (const automation::AutomationError&) {
-            differs = true;  // values that cannot be compared (arrays) count as changed
-        }
+        // Values that cannot be compared (arrays) count as changed.
+        differs = automation::resume_with(true, [&] { return automation::compare(value_, w) != automation::Ordering::Equal; });
         break;
     }
     if (!differs) return;
@@ -294,11 +291,8 @@ bool clsCeldo::get_Updated() const {
     case Compare::Variant:
         if (value_.is_null() || old_value_.is_null()) return value_.is_null() != old_value_.is_null();
         if (value_.is_object() || old_value_.is_object()) return !(value_ == old_value_);
-        try {
-            return automation::compare(value_, old_value_) != automation::Ordering::Equal;
-        } catch (const automation::AutomationError&) {
-            return true;
-        }
+        return automation::resume_with(
+            true, [&] { return automation::compare(value_, old_value_) != automation::Ordering::Equal; });
     }
     return false;
 }
