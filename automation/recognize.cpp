@@ -3,9 +3,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <ctime>
 #include <vector>
 
+#include "automation/clock.hpp"
 #include "automation/textops.hpp"
 
 namespace celdo::automation {
@@ -89,24 +89,35 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
         while (i < end && is_blank_char(text[i])) ++i;
     };
     bool sign_seen = false, paren = false, currency_seen = false;
-
-    skip_blanks();
-    for (;;) {
-        if (i < end && (text[i] == u'+' || text[i] == u'-') && !sign_seen) {
-            sign_seen = true;
-            n.negative = text[i] == u'-';
-            ++i;
-        } else if (i < end && text[i] == u'(' && !paren) {
-            paren = true;
-            ++i;
-        } else if (!currency_seen && starts_with(text, i, locale.currency)) {
-            currency_seen = true;
-            i += locale.currency.size();
-        } else {
-            break;
-        }
+    // The sign, parenthesis and currency symbol a number may carry before its digits or
+    // after them, once each; a closing parenthesis makes it negative and counts as its sign.
+    auto read_affixes = [&](bool after) {
         skip_blanks();
-    }
+        for (;;) {
+            if (i < end && (text[i] == u'+' || text[i] == u'-') && !sign_seen) {
+                sign_seen = true;
+                n.negative = text[i] == u'-';
+                ++i;
+            } else if (!after && i < end && text[i] == u'(' && !paren) {
+                paren = true;
+                ++i;
+            } else if (after && i < end && text[i] == u')' && paren) {
+                paren = false;
+                n.negative = true;
+                ++i;
+                if (sign_seen) return false;
+                sign_seen = true;
+            } else if (!currency_seen && starts_with(text, i, locale.currency)) {
+                currency_seen = true;
+                i += locale.currency.size();
+            } else {
+                return true;
+            }
+            skip_blanks();
+        }
+    };
+
+    read_affixes(false);
 
     if (i + 1 < end && text[i] == u'&' && !sign_seen && !paren) {
         const char16_t kind = text[i + 1];
@@ -170,27 +181,7 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
         exponent += negative_exponent ? -value : value;
     }
 
-    skip_blanks();
-    for (;;) {
-        if (i < end && (text[i] == u'+' || text[i] == u'-') && !sign_seen) {
-            sign_seen = true;
-            n.negative = text[i] == u'-';
-            ++i;
-        } else if (i < end && text[i] == u')' && paren) {
-            paren = false;
-            n.negative = true;
-            ++i;
-            if (sign_seen) return std::nullopt;
-            sign_seen = true;
-        } else if (!currency_seen && starts_with(text, i, locale.currency)) {
-            currency_seen = true;
-            i += locale.currency.size();
-        } else {
-            break;
-        }
-        skip_blanks();
-    }
-    if (i != end || paren) return std::nullopt;
+    if (!read_affixes(true) || i != end || paren) return std::nullopt;
 
     // Keep only significant digits: trailing zeros move into the exponent.
     while (!digits.empty() && digits.back() == '0') {
@@ -238,16 +229,8 @@ int days_in_month(int y, int m) {
     return m == 2 && leap(y) ? 29 : kDays[static_cast<size_t>(m - 1)];
 }
 
-int current_year() {
-    std::time_t now = std::time(nullptr);
-    std::tm parts{};
-#ifdef _WIN32
-    localtime_s(&parts, &now);
-#else
-    localtime_r(&now, &parts);
-#endif
-    return parts.tm_year + 1900;
-}
+// Dates without a year fall in the clock's year, pinned or not.
+int current_year() { return split_date(now()).year; }
 
 // Two-digit years, as the platform's default window reads them (up to 2029).
 int expand_year(int value, size_t written_digits) {
