@@ -10,7 +10,7 @@
 
 set(CELDO_GEN_DIR ${CMAKE_BINARY_DIR}/gen)
 set(CELDO_APIGEN ${CMAKE_SOURCE_DIR}/tools/apigen.py)
-# The generator's own sources (the package behind tools/apigen.py and tools/hostile_walk.py):
+# The generator's own sources (the package behind tools/apigen.py):
 # an edit to any of them regenerates.
 file(GLOB CELDO_DECLGEN_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tools/declgen/*.py)
 

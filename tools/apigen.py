@@ -6,7 +6,10 @@
                      table declarations, and a source file with the member tables that late
                      binding dispatches through (portable, built on every platform);
   --com DIR          the COM classes: one vtable shim per accessor that packs its arguments and
-                     calls the same member table, plus the class registry (Windows only).
+                     calls the same member table, plus the class registry (Windows only);
+  --hostile FILE     the hostile-argument walk, a VBScript that calls every member of every
+                     creatable class with arguments of every wrong kind, after the helpers
+                     it is given with --helpers.
 
 The declaration syntax and what the generated code does are in docs/declarations.md; the
 generator itself is the package tools/declgen.
@@ -18,7 +21,7 @@ import os
 import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from declgen import DeclError, emit_com, emit_idl, emit_tables, load, write_if_changed  # noqa: E402
+from declgen import DeclError, emit_com, emit_hostile, emit_idl, emit_tables, load, write_if_changed  # noqa: E402
 
 
 def main() -> int:
@@ -29,8 +32,12 @@ def main() -> int:
     ap.add_argument("--core")
     ap.add_argument("--com")
     ap.add_argument("--idl-header", default="Celdo_h.h", help="widl's header, which the COM shims include")
+    ap.add_argument("--hostile")
+    ap.add_argument("--helpers", help="the hand-written VBScript that the hostile walk starts with")
     ap.add_argument("api", nargs="+")
     args = ap.parse_args()
+    if args.hostile and not args.helpers:
+        ap.error("--hostile needs --helpers")
     try:
         model = load(args.root, args.library, args.api)
     except DeclError as e:
@@ -45,6 +52,9 @@ def main() -> int:
             write_if_changed(stem + ".gen.cpp", emit_tables.emit_source(api))
     if args.com:
         write_if_changed(os.path.join(args.com, "com", "classes.gen.cpp"), emit_com.emit(model, args.idl_header))
+    if args.hostile:
+        with open(args.helpers, encoding="utf-8") as f:
+            write_if_changed(args.hostile, emit_hostile.emit(model, f.read()))
     return 0
 
 

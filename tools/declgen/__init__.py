@@ -2,7 +2,7 @@
 
 parser reads each file into declarations; model resolves them across files, checks them and
 assigns dispatch ids; each emit_* module writes one output from the model alone. The command
-lines are tools/apigen.py and tools/hostile_walk.py.
+line is tools/apigen.py.
 """
 from __future__ import annotations
 
