@@ -55,20 +55,6 @@ const Faults& faults() {
     return *dll;
 }
 
-VARIANT text(const wchar_t* s) {
-    VARIANT v;
-    V_VT(&v) = VT_BSTR;
-    V_BSTR(&v) = SysAllocString(s);
-    return v;
-}
-
-VARIANT number(long n) {
-    VARIANT v;
-    V_VT(&v) = VT_I4;
-    V_I4(&v) = n;
-    return v;
-}
-
 // One run of a scenario. Calls stop at the first failure, which is kept with its error.
 class Run {
 public:
@@ -145,22 +131,14 @@ std::wstring row_scenario(Run& run) {
     run.call(row.get(), L"Add", {text(L"Codigo"), text(L"cod"), number(exLong)}, DISPATCH_METHOD, &code);
     run.call(row.get(), L"Add", {text(L"Nombre"), text(L"nom"), number(exText), number(30)});
     run.call(code.get(), L"Value", {number(7)}, DISPATCH_PROPERTYPUT);
-    VARIANT original;
-    V_VT(&original) = VT_DISPATCH;
-    V_DISPATCH(&original) = code.get();
-    if (code) code->AddRef();
-    run.call(row.get(), L"Duplicate", {original, text(L"Copia")}, DISPATCH_METHOD, &copy);
+    run.call(row.get(), L"Duplicate", {object(code.get()), text(L"Copia")}, DISPATCH_METHOD, &copy);
     return run.call(row.get(), L"XML", {text(L"")}) + run.call(row.get(), L"Clip");
 }
 
 std::wstring records_scenario(Run& run) {
     ComPtr<IDispatch> records = run.create(CLSID_clsRegistro), row = run.create(CLSID_clsCeldos), kept;
     run.call(row.get(), L"Add", {text(L"Codigo"), text(L"cod"), number(exLong)});
-    VARIANT shared;
-    V_VT(&shared) = VT_DISPATCH;
-    V_DISPATCH(&shared) = row.get();
-    if (row) row->AddRef();
-    run.call(records.get(), L"Add", {shared, text(L"a")});
+    run.call(records.get(), L"Add", {object(row.get()), text(L"a")});
     run.call(records.get(), L"Item", {text(L"a")}, DISPATCH_PROPERTYGET, &kept);
     return run.call(kept.get(), L"XML", {text(L"")});
 }

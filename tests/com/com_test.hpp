@@ -81,6 +81,28 @@ private:
     IID events_;
 };
 
+// Arguments as a script passes them: the receiver owns what they hold.
+inline VARIANT text(const wchar_t* s) {
+    VARIANT v;
+    V_VT(&v) = VT_BSTR;
+    V_BSTR(&v) = SysAllocString(s);
+    return v;
+}
+inline VARIANT number(long n) {
+    VARIANT v;
+    V_VT(&v) = VT_I4;
+    V_I4(&v) = n;
+    return v;
+}
+// A new reference to `d` (Nothing for null).
+inline VARIANT object(IDispatch* d) {
+    VARIANT v;
+    V_VT(&v) = VT_DISPATCH;
+    V_DISPATCH(&v) = d;
+    if (d) d->AddRef();
+    return v;
+}
+
 // Reads a registry string value; empty when the key or value is missing.
 std::wstring registry_text(HKEY root, const std::wstring& path, const wchar_t* name = nullptr);
 bool registry_key_exists(HKEY root, const std::wstring& path);

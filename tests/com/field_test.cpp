@@ -12,14 +12,6 @@
 namespace celdo::testing {
 namespace {
 
-VARIANT long_value(long v) {
-    VARIANT out;
-    VariantInit(&out);
-    V_VT(&out) = VT_I4;
-    V_I4(&out) = v;
-    return out;
-}
-
 VARIANT missing() {
     VARIANT out;
     VariantInit(&out);
@@ -46,11 +38,11 @@ TEST_F(FieldClient, ChanceIsRaisedWhenTheValueChanges) {
     ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
 
     ASSERT_EQ(field->put_DataType(exLong), S_OK);
-    EXPECT_EQ(field->put_Value(long_value(1)), S_OK);
+    EXPECT_EQ(field->put_Value(number(1)), S_OK);
     EXPECT_EQ(sink.ids.size(), 1u);
-    EXPECT_EQ(field->put_Value(long_value(1)), S_OK);
+    EXPECT_EQ(field->put_Value(number(1)), S_OK);
     EXPECT_EQ(sink.ids.size(), 1u) << "the same value is no change";
-    EXPECT_EQ(field->put_Value(long_value(2)), S_OK);
+    EXPECT_EQ(field->put_Value(number(2)), S_OK);
     EXPECT_EQ(field->Undo(), S_OK);
     EXPECT_EQ(sink.ids, (std::vector<DISPID>{1, 1, 1})) << "Chance is event number 1";
     EXPECT_EQ(sink.argument_counts, (std::vector<UINT>{0, 0, 0})) << "Chance has no arguments";

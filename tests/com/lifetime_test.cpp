@@ -57,28 +57,6 @@ private:
     IDispatch* object_;
 };
 
-VARIANT text(const wchar_t* s) {
-    VARIANT v;
-    V_VT(&v) = VT_BSTR;
-    V_BSTR(&v) = SysAllocString(s);
-    return v;
-}
-
-VARIANT number(long n) {
-    VARIANT v;
-    V_VT(&v) = VT_I4;
-    V_I4(&v) = n;
-    return v;
-}
-
-VARIANT object(IDispatch* d) {
-    VARIANT v;
-    V_VT(&v) = VT_DISPATCH;
-    V_DISPATCH(&v) = d;
-    d->AddRef();
-    return v;
-}
-
 ComPtr<IDispatch> create(REFCLSID clsid) {
     ComPtr<IDispatch> d;
     EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, d.out_void()), S_OK);
