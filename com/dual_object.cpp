@@ -80,14 +80,7 @@ public:
     explicit ConnectionPoint(DualObjectBase& owner) : owner_(owner) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (!out) return E_POINTER;
-        if (riid == IID_IUnknown || riid == IID_IConnectionPoint) {
-            *out = static_cast<IConnectionPoint*>(this);
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
+        return query_single(static_cast<IConnectionPoint*>(this), IID_IConnectionPoint, riid, out);
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return owner_.add_ref(); }
     ULONG STDMETHODCALLTYPE Release() override { return owner_.release(); }

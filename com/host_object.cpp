@@ -98,10 +98,11 @@ const std::vector<VARTYPE>& HostObject::parameter_types(DISPID member, uint16_t 
                                   : (call & automation::kLet) ? INVOKE_PROPERTYPUT
                                                               : INVOKE_FUNC;
         type_attr attr(info.get());
-        for (WORD f = 0; attr.get() && f < attr.get()->cFuncs; ++f) {
-            func_desc desc(info.get(), f);
+        const WORD functions = SUCCEEDED(info->GetTypeAttr(attr.put())) && attr.get() ? attr.get()->cFuncs : 0;
+        for (WORD f = 0; f < functions; ++f) {
+            func_desc desc(info.get());
+            if (FAILED(info->GetFuncDesc(f, desc.put()))) continue;
             const FUNCDESC* d = desc.get();
-            if (!d) continue;
             const bool reading = wanted == INVOKE_FUNC && d->invkind == INVOKE_PROPERTYGET;
             if (d->memid != member || (d->invkind != wanted && !reading)) continue;
             for (SHORT i = 0; i < d->cParams; ++i) {

@@ -159,39 +159,24 @@ private:
     void* data_ = nullptr;
 };
 
-// A type description borrowed from an ITypeInfo, handed back when it goes.
-class type_attr {
+// A description borrowed from an ITypeInfo (its TYPEATTR, a FUNCDESC), handed back when it goes.
+template <class T, auto Release>
+class type_info_part {
 public:
-    explicit type_attr(ITypeInfo* info) noexcept : info_(info) {
-        if (FAILED(info->GetTypeAttr(&attr_))) attr_ = nullptr;
+    explicit type_info_part(ITypeInfo* info) noexcept : info_(info) {}
+    type_info_part(const type_info_part&) = delete;
+    type_info_part& operator=(const type_info_part&) = delete;
+    ~type_info_part() {
+        if (part_) (info_->*Release)(part_);
     }
-    type_attr(const type_attr&) = delete;
-    type_attr& operator=(const type_attr&) = delete;
-    ~type_attr() {
-        if (attr_) info_->ReleaseTypeAttr(attr_);
-    }
-    const TYPEATTR* get() const noexcept { return attr_; }
+    T** put() noexcept { return &part_; }
+    const T* get() const noexcept { return part_; }
 
 private:
     ITypeInfo* info_;
-    TYPEATTR* attr_ = nullptr;
+    T* part_ = nullptr;
 };
-
-class func_desc {
-public:
-    func_desc(ITypeInfo* info, UINT index) noexcept : info_(info) {
-        if (FAILED(info->GetFuncDesc(index, &desc_))) desc_ = nullptr;
-    }
-    func_desc(const func_desc&) = delete;
-    func_desc& operator=(const func_desc&) = delete;
-    ~func_desc() {
-        if (desc_) info_->ReleaseFuncDesc(desc_);
-    }
-    const FUNCDESC* get() const noexcept { return desc_; }
-
-private:
-    ITypeInfo* info_;
-    FUNCDESC* desc_ = nullptr;
-};
+using type_attr = type_info_part<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
+using func_desc = type_info_part<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
 
 }  // namespace celdo::com

@@ -10,18 +10,24 @@
 
 namespace celdo::com {
 
+// QueryInterface of an object that answers to IUnknown and `iid` alone, through `self`.
+template <class I>
+HRESULT query_single(I* self, REFIID iid, REFIID riid, void** out) {
+    if (!out) return E_POINTER;
+    if (riid != IID_IUnknown && riid != iid) {
+        *out = nullptr;
+        return E_NOINTERFACE;
+    }
+    *out = self;
+    self->AddRef();
+    return S_OK;
+}
+
 template <class I>
 class SingleInterface : public I {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (!out) return E_POINTER;
-        if (riid == IID_IUnknown || riid == iid_) {
-            *out = static_cast<I*>(this);
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
+        return query_single(static_cast<I*>(this), iid_, riid, out);
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++refs_; }
     ULONG STDMETHODCALLTYPE Release() override {
