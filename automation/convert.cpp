@@ -245,16 +245,9 @@ Variant value_of(const Variant& value) {
 }
 
 bool is_numeric(const Variant& value, const Locale& locale) {
+    // Empty is numeric to the language; a Date, although it holds a number, is not.
+    if (value.is_empty() || (value.is_number() && value.type() != VarType::Date)) return true;
     switch (value.type()) {
-    case VarType::Empty:
-    case VarType::Boolean:
-    case VarType::Byte:
-    case VarType::Integer:
-    case VarType::Long:
-    case VarType::Single:
-    case VarType::Double:
-    case VarType::Currency:
-        return true;
     case VarType::String: {
         auto n = parse_number(value.as_string(), locale);
         return n && (n->radix || std::isfinite(n->to_double()));

@@ -51,28 +51,42 @@ int locale_number(LCTYPE what, int fallback) {
     return value;
 }
 
+// The user's settings that map onto one member each; where the platform has none, the
+// member keeps the value it had.
+struct TextSetting {
+    LCTYPE what;
+    std::u16string Locale::*member;
+};
+constexpr TextSetting kTextSettings[] = {
+    {LOCALE_SDECIMAL, &Locale::decimal},         {LOCALE_STHOUSAND, &Locale::thousands},
+    {LOCALE_SCURRENCY, &Locale::currency},       {LOCALE_SDATE, &Locale::date_separator},
+    {LOCALE_STIME, &Locale::time_separator},     {LOCALE_SSHORTDATE, &Locale::short_date},
+    {LOCALE_SLONGDATE, &Locale::long_date},      {LOCALE_STIMEFORMAT, &Locale::long_time},
+    {LOCALE_SSHORTTIME, &Locale::short_time},
+};
+struct NumberSetting {
+    LCTYPE what;
+    int Locale::*member;
+};
+constexpr NumberSetting kNumberSettings[] = {
+    {LOCALE_ICURRENCY, &Locale::currency_positive_format},
+    {LOCALE_INEGCURR, &Locale::currency_negative_format},
+    {LOCALE_ICURRDIGITS, &Locale::currency_digits},
+};
+
 Locale user_locale() {
     Locale l;
     const std::u16string language = locale_text(LOCALE_SISO639LANGNAME, u"en");
     if (language == u"es") l = spanish_common();
     l.name = language + u"-" + locale_text(LOCALE_SISO3166CTRYNAME, u"US");
-    l.decimal = locale_text(LOCALE_SDECIMAL, l.decimal);
-    l.thousands = locale_text(LOCALE_STHOUSAND, l.thousands);
-    l.currency = locale_text(LOCALE_SCURRENCY, l.currency);
-    l.currency_positive_format = locale_number(LOCALE_ICURRENCY, l.currency_positive_format);
-    l.currency_negative_format = locale_number(LOCALE_INEGCURR, l.currency_negative_format);
-    l.currency_digits = locale_number(LOCALE_ICURRDIGITS, l.currency_digits);
+    for (const TextSetting& s : kTextSettings) l.*s.member = locale_text(s.what, l.*s.member);
+    for (const NumberSetting& s : kNumberSettings) l.*s.member = locale_number(s.what, l.*s.member);
     switch (locale_number(LOCALE_IDATE, 0)) {
     case 1: l.date_order = DateOrder::DayMonthYear; break;
     case 2: l.date_order = DateOrder::YearMonthDay; break;
     default: l.date_order = DateOrder::MonthDayYear; break;
     }
-    l.date_separator = locale_text(LOCALE_SDATE, l.date_separator);
-    l.time_separator = locale_text(LOCALE_STIME, l.time_separator);
-    l.short_date = locale_text(LOCALE_SSHORTDATE, l.short_date);
-    l.long_date = locale_text(LOCALE_SLONGDATE, l.long_date);
-    l.long_time = locale_text(LOCALE_STIMEFORMAT, l.long_time);
-    l.short_time = locale_text(LOCALE_SSHORTTIME, l.short_time);
+    // A clock without AM and PM has none (the platform answers an empty text).
     l.am = locale_text(LOCALE_S1159, u"");
     l.pm = locale_text(LOCALE_S2359, u"");
     for (int m = 0; m < 12; ++m) {
