@@ -105,6 +105,7 @@ Variant Literal::materialise(ParamType type) const {
     case Kind::Real: v = Variant(real); break;
     case Kind::Text: v = Variant(text); break;
     case Kind::Boolean: v = Variant(integer != 0); break;
+    case Kind::Nothing: return Variant::nothing();
     }
     if (type == ParamType::Variant) {
         // A Variant default keeps the literal's own subtype: whole numbers are Integer or

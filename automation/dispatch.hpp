@@ -32,7 +32,7 @@ enum class ParamType : uint8_t {
 
 // A default value written in a declaration.
 struct Literal {
-    enum class Kind : uint8_t { None, Integer, Real, Text, Boolean };
+    enum class Kind : uint8_t { None, Integer, Real, Text, Boolean, Nothing };
     Kind kind = Kind::None;
     int64_t integer = 0;
     double real = 0;

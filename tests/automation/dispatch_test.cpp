@@ -53,6 +53,8 @@ TEST_F(Dispatch, OmittedOptionalArgumentsTakeTheirDeclaredDefaults) {
               Variant(u"Size=7;Position=-1;Label=x;Extra=Missing;Mode=2;Flag=True"));
     EXPECT_EQ(call(obj(), u"Describe", {1, int16_t{2}, u"y", u"z", 30, false}),
               Variant(u"Size=1;Position=2;Label=y;Extra=z;Mode=30;Flag=False"));
+    // An omitted object is Nothing, which NameOf refuses as an unset object.
+    EXPECT_EQ(error_of([&] { call(obj(), u"NameOf"); }).number(), 91);
 }
 
 TEST_F(Dispatch, ArgumentCountIsChecked) {

@@ -113,7 +113,7 @@ class EmitTest(unittest.TestCase):
             '{u"Start", automation::ParamType::Long, nullptr, false, true, {automation::Literal::Kind::Integer, 0, 0, nullptr}},',
             '{u"Tone", automation::ParamType::Long, nullptr, false, true, {automation::Literal::Kind::Integer, 2, 0, nullptr}},',
             '{u"Label", automation::ParamType::String, nullptr, false, true, {automation::Literal::Kind::Text, 0, 0, u""}},',
-            '{u"Near", automation::ParamType::Class, &automation::class_info_of<celdo::parts::Widget>, false, true, {}},',
+            '{u"Near", automation::ParamType::Class, &automation::class_info_of<celdo::parts::Widget>, false, true, {automation::Literal::Kind::Nothing, 0, 0, nullptr}},',
             '{u"Suffix", automation::ParamType::String, nullptr, true, true, {automation::Literal::Kind::Text, 0, 0, u"x"}},',
             '{u"Size", 1, static_cast<uint16_t>(automation::kGet | automation::kLet), {}, automation::ParamType::Long, '
             "nullptr, true, &Widget_Size},",

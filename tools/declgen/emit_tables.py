@@ -58,10 +58,11 @@ def class_info(t: Type | None) -> str:
 
 
 def literal_init(d: Literal | None) -> str:
-    """The runtime Literal an omitted argument is made from. It has no Nothing: an omitted
-    object argument arrives as Missing."""
-    if d is None or d.kind == "Nothing":
+    """The runtime Literal an omitted argument is made from; none makes it Missing."""
+    if d is None:
         return "{}"
+    if d.kind == "Nothing":
+        return "{automation::Literal::Kind::Nothing, 0, 0, nullptr}"
     if d.kind == "Text":
         return f"{{automation::Literal::Kind::Text, 0, 0, {cpp_string(d.value)}}}"
     if d.kind == "Boolean":
