@@ -1,6 +1,7 @@
 #include "automation/lifetime.hpp"
 
 #include <atomic>
+#include <new>
 #include <vector>
 
 #include "automation/variant.hpp"
@@ -17,9 +18,11 @@ thread_local int OutsideCall::depth_ = 0;
 
 size_t live_objects() noexcept { return g_live.load(std::memory_order_relaxed); }
 
-ObjectRegistry& ObjectRegistry::current() {
-    // Never freed: objects may outlive the thread's own teardown and still unregister.
-    thread_local ObjectRegistry* registry = new ObjectRegistry;
+ObjectRegistry& ObjectRegistry::current() noexcept {
+    // Never destroyed: objects may outlive the thread's own teardown and still unregister.
+    // Built in place rather than allocated, so that finding it never runs out of memory.
+    alignas(ObjectRegistry) thread_local unsigned char storage[sizeof(ObjectRegistry)];
+    thread_local ObjectRegistry* registry = new (storage) ObjectRegistry;
     return *registry;
 }
 

@@ -20,7 +20,7 @@ namespace celdo::automation {
 class ObjectRegistry {
 public:
     // The registry of the calling thread (objects belong to the thread that made them).
-    static ObjectRegistry& current();
+    static ObjectRegistry& current() noexcept;
 
     size_t live() const noexcept { return objects_.size(); }
     // Frees every unreachable object and returns how many were freed. A collection asked for

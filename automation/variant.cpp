@@ -1,6 +1,7 @@
 #include "automation/variant.hpp"
 
 #include <cmath>
+#include <memory>
 #include <new>
 #include <sstream>
 
@@ -244,16 +245,16 @@ size_t element_count(const std::vector<Array::Bound>& bounds) {
 
 Array::Array(VarType element) : rep_(new Rep) { rep_->element = element; }
 
-Array::Array(VarType element, std::vector<Bound> bounds) : rep_(new Rep) {
+Array::Array(VarType element, std::vector<Bound> bounds) {
     for (const auto& b : bounds) {
-        if (b.count < 0) {
-            delete rep_;
-            throw AutomationError(StdError::SubscriptOutOfRange);
-        }
+        if (b.count < 0) throw AutomationError(StdError::SubscriptOutOfRange);
     }
-    rep_->element = element;
-    rep_->bounds = std::move(bounds);
-    rep_->data.assign(element_count(rep_->bounds), element_default(element));
+    // Owned until it is whole: filling the elements may run out of memory.
+    auto rep = std::make_unique<Rep>();
+    rep->element = element;
+    rep->bounds = std::move(bounds);
+    rep->data.assign(element_count(rep->bounds), element_default(element));
+    rep_ = rep.release();
 }
 
 Array Array::matrix(int32_t columns, int32_t rows) {

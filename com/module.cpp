@@ -75,7 +75,10 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID riid, LPVOID* out) {
     *out = nullptr;
     const celdo::com::ComClass* cls = celdo::com::find_class(clsid);
     if (!cls) return CLASS_E_CLASSNOTAVAILABLE;
-    return celdo::com::class_object(*cls).QueryInterface(riid, out);
+    // The class object is made on first need, which may find no memory.
+    HRESULT hr = E_NOINTERFACE;
+    const HRESULT made = celdo::com::guarded(IID_IClassFactory, [&] { hr = celdo::com::class_object(*cls).QueryInterface(riid, out); });
+    return FAILED(made) ? made : hr;
 }
 
 STDAPI DllCanUnloadNow() { return celdo::com::can_unload(); }

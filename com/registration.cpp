@@ -6,6 +6,7 @@
 #include <windows.h>
 #include <olectl.h>
 
+#include <new>
 #include <string>
 
 #include "com/class_registry.hpp"
@@ -141,7 +142,7 @@ void remove_all(const Registry& r) {
     }
 }
 
-HRESULT with_classes_root(Scope scope, bool install) {
+HRESULT with_classes_root(Scope scope, bool install) noexcept try {
     Key classes;
     HKEY base = scope == Scope::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
     LSTATUS s = RegCreateKeyExW(base, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
@@ -160,6 +161,8 @@ HRESULT with_classes_root(Scope scope, bool install) {
         return hr == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED) ? E_ACCESSDENIED : SELFREG_E_CLASS;
     }
     return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
 }  // namespace

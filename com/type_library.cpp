@@ -1,6 +1,10 @@
 #include "com/type_library.hpp"
 
+#include <atomic>
+#include <new>
+
 #include "com/class_registry.hpp"
+#include "com/owners.hpp"
 
 namespace celdo::com {
 
@@ -18,13 +22,20 @@ std::wstring module_path() {
 }
 
 ITypeLib* module_type_library() noexcept {
-    static ITypeLib* library = [] {
-        ITypeLib* loaded = nullptr;
-        std::wstring path = module_path();
-        if (path.empty() || FAILED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, &loaded))) return static_cast<ITypeLib*>(nullptr);
-        return loaded;
-    }();
-    return library;
+    // Kept once loaded; a failure (out of memory among them) is not kept, so a later call tries again.
+    static std::atomic<ITypeLib*> kept{nullptr};
+    if (ITypeLib* library = kept.load()) return library;
+    com_ptr<ITypeLib> loaded;
+    try {
+        const std::wstring path = module_path();
+        if (path.empty() || FAILED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, loaded.put()))) return nullptr;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+    ITypeLib* expected = nullptr;
+    // Another thread may have loaded it meanwhile: theirs is kept, this one released.
+    if (!kept.compare_exchange_strong(expected, loaded.get())) return expected;
+    return loaded.detach();
 }
 
 }  // namespace celdo::com
