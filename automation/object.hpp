@@ -102,7 +102,7 @@ public:
     }
     Ref(const Ref& other) noexcept : Ref(other.p_) {}
     Ref(Ref&& other) noexcept : p_(std::exchange(other.p_, nullptr)) {}
-    // Only where a U* converts to a T* by itself: a downcast is written with ref_cast.
+    // Only where a U* converts to a T* by itself: never a silent downcast.
     template <class U>
         requires std::convertible_to<U*, T*>
     Ref(const Ref<U>& other) noexcept : Ref(other.get()) {}
@@ -128,12 +128,6 @@ public:
 private:
     T* p_ = nullptr;
 };
-
-// A reference to the same object as a derived class the caller knows it to be.
-template <class T, class U>
-Ref<T> ref_cast(const Ref<U>& other) noexcept {
-    return Ref<T>(static_cast<T*>(other.get()));
-}
 
 template <class T, class... Args>
 Ref<T> make_ref(Args&&... args) {

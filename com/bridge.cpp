@@ -37,7 +37,6 @@ namespace {
 [[noreturn]] void mismatch() { throw AutomationError(StdError::TypeMismatch); }
 
 void check(HRESULT hr) {
-    if (hr == E_OUTOFMEMORY) throw std::bad_alloc();
     if (FAILED(hr)) throw error_from_call(hr, nullptr);
 }
 
@@ -57,13 +56,6 @@ Variant wide_integer(double value) {
 }
 
 Variant as(const Variant& value, VarType type) { return automation::change_type(value, type); }
-
-void store_object(void* target, REFIID iid, const Variant& value) {
-    if (!value.is_object()) mismatch();
-    at<void*>(target) = nullptr;
-    com_ptr<IUnknown> u = unknown_of(value);
-    if (u && FAILED(u->QueryInterface(iid, static_cast<void**>(target)))) mismatch();
-}
 
 // One automation type: the element type an array of it becomes in the language, how a value
 // is read from its storage, written into uninitialised storage with the language's conversion,
@@ -103,7 +95,7 @@ constexpr std::array<TypeRow, VT_UINT + 1> kTypes = [] {
                   },
                   [](void* p) { SysFreeString(at<BSTR>(p)); }};
     t[VT_DISPATCH] = {VarType::Object, sizeof(IDispatch*), [](const void* p) { return from_object(at<IUnknown*>(p)); },
-                      [](void* p, const Variant& v) { store_object(p, IID_IDispatch, v); },
+                      [](void* p, const Variant& v) { store_interface(p, IID_IDispatch, v); },
                       [](void* p) {
                           if (IUnknown* u = at<IUnknown*>(p)) u->Release();
                       }};
@@ -155,27 +147,18 @@ const TypeRow& writable(VARTYPE vt) {
     return *row;
 }
 
-// Where a VARIANT keeps its value: a DECIMAL fills the whole VARIANT, every other type sits in
-// the union that follows the type code.
-const void* data_of(const VARIANT* v) {
-    if (V_VT(v) == VT_DECIMAL) return &V_DECIMAL(v);
-    return &V_I4(v);
-}
-void* data_of(VARIANT* v) { return const_cast<void*>(data_of(static_cast<const VARIANT*>(v))); }
-
-// The SAFEARRAY element type that holds a language type: itself where the platform has it in
-// an array, otherwise Variant.
+// The SAFEARRAY element type that holds a language type: itself where it is one of the
+// language's own, otherwise Variant.
 VARTYPE array_vartype(VarType element) {
     const auto vt = static_cast<VARTYPE>(element);
-    const TypeRow* row = row_of(vt);
-    return row && row->write && row->element == element ? vt : static_cast<VARTYPE>(VT_VARIANT);
+    return is_language_type(vt) ? vt : static_cast<VARTYPE>(VT_VARIANT);
 }
 
 Variant from_array(SAFEARRAY* sa) {
     if (!sa) return Variant(Array(VarType::Variant));
     VARTYPE vt = VT_EMPTY;
     check(SafeArrayGetVartype(sa, &vt));
-    const TypeRow& element = readable(vt);
+    const TypeRow* element = row_of(vt);
     const UINT dims = SafeArrayGetDim(sa);
     std::vector<Array::Bound> bounds;
     for (UINT d = 1; d <= dims; ++d) {
@@ -184,12 +167,13 @@ Variant from_array(SAFEARRAY* sa) {
         check(SafeArrayGetUBound(sa, d, &upper));
         bounds.push_back({lower, upper - lower + 1});
     }
-    Array array(element.element, std::move(bounds));
+    Array array(element ? element->element : VarType::Variant, std::move(bounds));
     if (array.size() == 0) return Variant(std::move(array));
+    if (!element) mismatch();
     safearray_data data(sa);
     auto elements = array.elements_mut();
     const ULONG size = SafeArrayGetElemsize(sa);
-    for (size_t i = 0; i < elements.size(); ++i) elements[i] = element.read(data.bytes() + i * size);
+    for (size_t i = 0; i < elements.size(); ++i) elements[i] = element->read(data.bytes() + i * size);
     return Variant(std::move(array));
 }
 
@@ -211,17 +195,21 @@ unique_safearray to_array(const Array& array) {
 
 }  // namespace
 
-safearray_data::safearray_data(SAFEARRAY* sa) : sa_(sa) { check(SafeArrayAccessData(sa, &data_)); }
-
 std::u16string text_of(BSTR text) {
     if (!text) return {};
     return std::u16string(reinterpret_cast<const char16_t*>(text), SysStringLen(text));
 }
 
-bool can_store(VARTYPE vt) noexcept {
+bool is_language_type(VARTYPE vt) noexcept {
     const TypeRow* row = row_of(vt);
-    return row && row->write;
+    return row && row->write && static_cast<VARTYPE>(row->element) == vt;
 }
+
+const void* data_of(const VARIANT* v) noexcept {
+    if (V_VT(v) == VT_DECIMAL) return &V_DECIMAL(v);
+    return &V_I4(v);
+}
+void* data_of(VARIANT* v) noexcept { return const_cast<void*>(data_of(static_cast<const VARIANT*>(v))); }
 
 Variant read_value(VARTYPE vt, const void* storage) { return readable(vt).read(storage); }
 
@@ -237,11 +225,16 @@ void replace_value(VARTYPE vt, void* storage, const Variant& value) {
     std::memcpy(storage, fresh, row.size);
 }
 
-void store_interface(void* target, REFIID iid, const Variant& value) { store_object(target, iid, value); }
+void store_interface(void* target, REFIID iid, const Variant& value) {
+    if (!value.is_object()) mismatch();
+    at<void*>(target) = nullptr;
+    com_ptr<IUnknown> u = unknown_of(value);
+    if (u && FAILED(u->QueryInterface(iid, static_cast<void**>(target)))) mismatch();
+}
 
 void replace_interface(void* target, REFIID iid, const Variant& value) {
     void* fresh = nullptr;
-    store_object(&fresh, iid, value);
+    store_interface(&fresh, iid, value);
     com_ptr<IUnknown>::adopt(at<IUnknown*>(target)).reset();
     at<void*>(target) = fresh;
 }
@@ -259,7 +252,7 @@ Variant from_variant(const VARIANT* value) {
 
 Variant from_object(IUnknown* value) {
     if (!value) return Variant::nothing();
-    if (com_ptr<ICeldoCore> own = com_ptr<IUnknown>::copy(value).query<ICeldoCore>(IID_ICeldoCore))
+    if (com_ptr<ICeldoCore> own = query<ICeldoCore>(value, IID_ICeldoCore))
         return Variant(Ref<automation::Component>(own->core()));
     return Variant(Ref<automation::Object>(new HostObject(value)));
 }
@@ -284,7 +277,7 @@ void to_variant(const Variant& value, VARIANT* out) {
     if (value.is_object()) {
         // Dispatch where the object has it, as hosts expect of objects; otherwise IUnknown.
         com_ptr<IUnknown> u = unknown_of(value);
-        com_ptr<IDispatch> d = u.query<IDispatch>(IID_IDispatch);
+        com_ptr<IDispatch> d = query<IDispatch>(u.get(), IID_IDispatch);
         if (d || !u) {
             V_VT(out) = VT_DISPATCH;
             V_DISPATCH(out) = d.detach();
@@ -296,7 +289,12 @@ void to_variant(const Variant& value, VARIANT* out) {
     }
     if (value.is_empty()) return;
     const auto vt = static_cast<VARTYPE>(value.type());
-    if (vt != VT_NULL) writable(vt).write(data_of(out), value);
+    if (vt == VT_NULL) V_VT(out) = vt;
+    else to_variant_as(vt, value, out);
+}
+
+void to_variant_as(VARTYPE vt, const Variant& value, VARIANT* out) {
+    writable(vt).write(data_of(out), value);
     V_VT(out) = vt;
 }
 

@@ -35,8 +35,9 @@ std::u16string text_of(BSTR text);
 // references). Subtypes the language lacks become the nearest one it has (small integers
 // Integer or Long, wider integers and decimals Double); a type it cannot hold is a mismatch.
 Variant read_value(VARTYPE vt, const void* storage);
-// Whether store_value can write a `vt`: the language's own types, IUnknown and error codes.
-bool can_store(VARTYPE vt) noexcept;
+// Whether `vt` is one of the language's own types (Integer ... Byte, String, Object), which
+// arrays of it and typed references to it hold as they are.
+bool is_language_type(VARTYPE vt) noexcept;
 // Writes `value` converted to `vt` into uninitialised storage of that type.
 void store_value(VARTYPE vt, void* storage, const Variant& value);
 // The same into storage that holds a value already (a by-reference argument): the old value
@@ -52,6 +53,12 @@ Variant from_variant(const VARIANT* value);
 Variant from_object(IUnknown* value);
 // Writes a Variant into a VARIANT that holds nothing the caller owns.
 void to_variant(const Variant& value, VARIANT* out);
+// The same, converted to `vt` with the language's rules.
+void to_variant_as(VARTYPE vt, const Variant& value, VARIANT* out);
+// Where a VARIANT keeps its value (a by-reference argument to it points there): a DECIMAL
+// fills the whole VARIANT, every other type the union that follows the type code.
+const void* data_of(const VARIANT* v) noexcept;
+void* data_of(VARIANT* v) noexcept;
 // A by-reference VARIANT argument: a VARIANT that points at the caller's typed variable is
 // written through, converting to that variable's type.
 void replace_variant(VARIANT* target, const Variant& value);

@@ -55,6 +55,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE Clone(Enum** out) override {
         if (!out) return E_POINTER;
+        *out = nullptr;
         return guarded(iid_, [&] {
             auto* clone = new ListEnum(items_, iid_);
             clone->at_ = at_;
@@ -96,9 +97,8 @@ public:
     }
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override {
         if (!sink || !cookie) return E_POINTER;
-        com_ptr<IUnknown> unknown = com_ptr<IUnknown>::copy(sink);
-        com_ptr<IDispatch> d = unknown.query<IDispatch>(*owner_.class_->events_iid);
-        if (!d) d = unknown.query<IDispatch>(IID_IDispatch);
+        com_ptr<IDispatch> d = query<IDispatch>(sink, *owner_.class_->events_iid);
+        if (!d) d = query<IDispatch>(sink, IID_IDispatch);
         if (!d) return CONNECT_E_CANNOTCONNECT;
         return guarded(IID_IConnectionPoint, [&] {
             sinks_.push_back({last_cookie_ + 1, std::move(d)});
@@ -115,6 +115,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** out) override {
         if (!out) return E_POINTER;
+        *out = nullptr;
         return guarded(IID_IConnectionPoint, [&] {
             *out = ListEnum<IEnumConnections, CONNECTDATA, Sink>::make(sinks_, IID_IEnumConnections).detach();
         });
@@ -141,8 +142,9 @@ private:
 
 DualObjectBase::DualObjectBase(automation::Ref<automation::Component> core)
     : core_(std::move(core)), class_(find_class(core_->class_info())) {
-    core_->attach_peer(this);
     if (class_->events_iid) point_ = std::make_unique<ConnectionPoint>(*this);
+    // Last, once nothing can fail: a core must never point at a peer that was not made.
+    core_->attach_peer(this);
     object_created();
 }
 
@@ -286,6 +288,7 @@ HRESULT DualObjectBase::guid(DWORD kind, GUID* out) noexcept {
 
 HRESULT DualObjectBase::enum_connection_points(IEnumConnectionPoints** out) noexcept {
     if (!out) return E_POINTER;
+    *out = nullptr;
     return guarded(IID_IConnectionPointContainer, [&] {
         std::vector<com_ptr<IConnectionPoint>> points;
         if (point_) points.push_back(com_ptr<IConnectionPoint>::copy(point_.get()));

@@ -33,11 +33,12 @@ public:
         return got == count ? S_OK : S_FALSE;
     }
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
-        automation::Variant item;
-        for (ULONG i = 0; i < count; ++i) {
-            if (!items_->next(item)) return S_FALSE;
-        }
-        return S_OK;
+        bool all = true;
+        const HRESULT hr = guarded(IID_IEnumVARIANT, [&] {
+            automation::Variant item;
+            for (ULONG i = 0; i < count && all; ++i) all = items_->next(item);
+        });
+        return FAILED(hr) ? hr : all ? S_OK : S_FALSE;
     }
     HRESULT STDMETHODCALLTYPE Reset() override {
         items_->reset();
@@ -45,6 +46,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** out) override {
         if (!out) return E_POINTER;
+        *out = nullptr;
         return guarded(IID_IEnumVARIANT, [&] {
             *out = com_ptr<IEnumVARIANT>::copy(new EnumVariant(items_->clone())).detach();
         });

@@ -54,21 +54,21 @@ void set_error_info(const Report& report, REFIID iid) noexcept {
     create->SetGUID(iid);
     create->SetSource(source.get());
     create->SetDescription(description.get());
-    SetErrorInfo(0, create.query<IErrorInfo>(IID_IErrorInfo).get());
+    SetErrorInfo(0, query<IErrorInfo>(create.get(), IID_IErrorInfo).get());
 }
 
 // The number travels in scode; texts that cannot be allocated are left out.
 void fill_excepinfo(EXCEPINFO* info, const Report& report) noexcept {
-    if (!info) return;
     ZeroMemory(info, sizeof *info);
     info->scode = report.hr;
     info->bstrSource = unique_bstr::try_from(report.source).release();
     info->bstrDescription = unique_bstr::try_from(report.description).release();
 }
 
+// Without an EXCEPINFO to carry the error, Invoke answers with the error's own HRESULT.
 HRESULT deliver(const Report& report, REFIID iid, Boundary boundary, EXCEPINFO* excepinfo) noexcept {
     set_error_info(report, iid);
-    if (boundary == Boundary::Vtable) return report.hr;
+    if (boundary == Boundary::Vtable || !excepinfo) return report.hr;
     fill_excepinfo(excepinfo, report);
     return DISP_E_EXCEPTION;
 }
@@ -101,6 +101,8 @@ AutomationError error_from_call(HRESULT hr, EXCEPINFO* info) {
         unique_bstr source(std::exchange(info->bstrSource, nullptr));
         unique_bstr description(std::exchange(info->bstrDescription, nullptr));
         unique_bstr help(std::exchange(info->bstrHelpFile, nullptr));
+        // Out of memory in the host is out of memory here: no step may go on past it.
+        if (info->scode == E_OUTOFMEMORY) throw std::bad_alloc();
         const int32_t number = info->wCode ? info->wCode : number_of(info->scode);
         if (SysStringLen(description.get()) == 0 && number > 0 && number <= 0xFFFF) {
             return AutomationError(number, text_of(source.get()),
@@ -108,6 +110,7 @@ AutomationError error_from_call(HRESULT hr, EXCEPINFO* info) {
         }
         return AutomationError(number, text_of(source.get()), text_of(description.get()));
     }
+    if (hr == E_OUTOFMEMORY) throw std::bad_alloc();
     const int32_t number = number_of(hr);
     if (number > 0 && number <= 0xFFFF) return AutomationError(static_cast<StdError>(number));
     return AutomationError(number, automation::kComponentName, u"Automation error");

@@ -23,12 +23,14 @@ enum class Boundary {
 };
 
 // The one translation of the exception being handled into what the host receives: its
-// HRESULT, with the error info of `iid` set and, at the Dispatch boundary, `excepinfo` filled.
-// Out of memory reaches the host as error 7 even when nothing more can be allocated to
-// describe it. Call it only from inside a catch block.
+// HRESULT, with the error info of `iid` set and, at the Dispatch boundary, `excepinfo` filled
+// (DISP_E_EXCEPTION; the HRESULT itself when there is no EXCEPINFO). Out of memory is
+// E_OUTOFMEMORY, error 7 to the host, even when nothing more can be allocated to describe it.
+// Call it only from inside a catch block.
 HRESULT caught_error(REFIID iid, Boundary boundary, EXCEPINFO* excepinfo = nullptr) noexcept;
 
-// The error that a failed call into a host object reported.
+// The error that a failed call into a host object reported (its out of memory is thrown as
+// std::bad_alloc, so that nothing absorbs it).
 automation::AutomationError error_from_call(HRESULT hr, EXCEPINFO* info);
 
 // Runs `body` for a vtable entry: no exception crosses the COM boundary.

@@ -15,7 +15,7 @@ using automation::StdError;
 using automation::Variant;
 
 HostObject::HostObject(IUnknown* unknown)
-    : unknown_(com_ptr<IUnknown>::copy(unknown)), dispatch_(unknown_.query<IDispatch>(IID_IDispatch)) {}
+    : unknown_(com_ptr<IUnknown>::copy(unknown)), dispatch_(query<IDispatch>(unknown, IID_IDispatch)) {}
 
 namespace {
 
@@ -32,17 +32,15 @@ std::u16string type_info_name(ITypeInfo* info) {
 // declared when the object says how, otherwise a Variant, which script objects write through.
 void bind_reference(VARIANTARG* arg, VARIANT* slot, VARTYPE declared, const Variant& value) {
     const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);
-    if (!(declared & VT_BYREF) || type == VT_VARIANT || !can_store(type)) {
+    if (!(declared & VT_BYREF) || !is_language_type(type)) {
         to_variant(value, slot);
         V_VT(arg) = VT_BYREF | VT_VARIANT;
         V_VARIANTREF(arg) = slot;
         return;
     }
-    // Every type but DECIMAL lives in the union that follows the VARIANT's type code.
-    store_value(type, &V_UI1(slot), value);
-    V_VT(slot) = type;
+    to_variant_as(type, value, slot);
     V_VT(arg) = static_cast<VARTYPE>(VT_BYREF | type);
-    V_BYREF(arg) = &V_UI1(slot);
+    V_BYREF(arg) = data_of(slot);
 }
 
 }  // namespace
@@ -50,7 +48,7 @@ void bind_reference(VARIANTARG* arg, VARIANT* slot, VARTYPE declared, const Vari
 std::u16string HostObject::type_name() const {
     // The class name when the object tells it, otherwise its interface's name without the
     // underscore that default interfaces carry.
-    if (auto provide = unknown_.query<IProvideClassInfo>(IID_IProvideClassInfo)) {
+    if (auto provide = query<IProvideClassInfo>(unknown_.get(), IID_IProvideClassInfo)) {
         com_ptr<ITypeInfo> info;
         if (SUCCEEDED(provide->GetClassInfo(info.put())) && info) {
             std::u16string name = type_info_name(info.get());
@@ -77,7 +75,7 @@ std::optional<int32_t> HostObject::member_id(std::u16string_view name) {
     DISPID id = DISPID_UNKNOWN;
     HRESULT hr = dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
     if (FAILED(hr)) {
-        if (auto ex = dispatch_.query<IDispatchEx>(kDispatchEx))
+        if (auto ex = query<IDispatchEx>(dispatch_.get(), kDispatchEx))
             hr = ex->GetDispID(unique_bstr::from(name).get(), fdexNameCaseInsensitive, &id);
     }
     if (FAILED(hr)) return std::nullopt;

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "com/errors.hpp"
+
 namespace celdo::com {
 
 bool (*allocation_hook)() noexcept = nullptr;
@@ -21,6 +23,11 @@ unique_safearray unique_safearray::create(VARTYPE vt, std::span<SAFEARRAYBOUND> 
     SAFEARRAY* sa = allocation_refused() ? nullptr : SafeArrayCreate(vt, static_cast<UINT>(bounds.size()), bounds.data());
     if (!sa) throw std::bad_alloc();
     return unique_safearray(sa);
+}
+
+safearray_data::safearray_data(SAFEARRAY* sa) : sa_(sa) {
+    const HRESULT hr = SafeArrayAccessData(sa, &data_);
+    if (FAILED(hr)) throw error_from_call(hr, nullptr);
 }
 
 }  // namespace celdo::com

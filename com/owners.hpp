@@ -57,18 +57,18 @@ public:
     // Hands the reference to the caller.
     I* detach() noexcept { return std::exchange(p_, nullptr); }
 
-    // The object's other interface, or null when it has none.
-    template <class J>
-    com_ptr<J> query(REFIID iid) const noexcept {
-        com_ptr<J> out;
-        if (p_) p_->QueryInterface(iid, out.put_void());
-        return out;
-    }
-
 private:
     explicit com_ptr(I* p) noexcept : p_(p) {}
     I* p_ = nullptr;
 };
+
+// Another interface of an object, or null when it has none.
+template <class J>
+com_ptr<J> query(IUnknown* object, REFIID iid) noexcept {
+    com_ptr<J> out;
+    if (object) object->QueryInterface(iid, out.put_void());
+    return out;
+}
 
 class unique_bstr {
 public:
