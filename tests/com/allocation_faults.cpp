@@ -41,13 +41,14 @@ void operator delete(void* p) noexcept {
 }
 void operator delete(void* p, std::size_t) noexcept { operator delete(p); }
 
-// Arms the walk: the `n`th allocation from now fails (and, with `after`, every one after it);
-// 0 disarms it.
-extern "C" __declspec(dllexport) void WINAPI CeldoFailAllocation(long n, BOOL after) {
+// The walk's controls, exported undecorated (plain C calls) so that both architectures find
+// them by name. Arms the walk: the `n`th allocation from now fails (and, with `after`, every
+// one after it); 0 disarms it.
+extern "C" __declspec(dllexport) void CeldoFailAllocation(long n, BOOL after) {
     g_fail_at = n;
     g_after = after != FALSE;
     g_made = 0;
 }
 // Allocations asked for since the walk was armed: fewer than its N means none failed.
-extern "C" __declspec(dllexport) long WINAPI CeldoAllocationsMade() { return g_made; }
-extern "C" __declspec(dllexport) long WINAPI CeldoLiveAllocations() { return g_live; }
+extern "C" __declspec(dllexport) long CeldoAllocationsMade() { return g_made; }
+extern "C" __declspec(dllexport) long CeldoLiveAllocations() { return g_live; }
