@@ -202,7 +202,7 @@ std::u16string text_of(BSTR text) {
 
 bool is_language_type(VARTYPE vt) noexcept {
     const TypeRow* row = row_of(vt);
-    return row && row->write && static_cast<VARTYPE>(row->element) == vt;
+    return vt != VT_VARIANT && row && row->write && static_cast<VARTYPE>(row->element) == vt;
 }
 
 const void* data_of(const VARIANT* v) noexcept {
@@ -294,6 +294,8 @@ void to_variant(const Variant& value, VARIANT* out) {
 }
 
 void to_variant_as(VARTYPE vt, const Variant& value, VARIANT* out) {
+    // A VARIANT holds no VARIANT: as a Variant, the value keeps its own type.
+    if (vt == VT_VARIANT) return to_variant(value, out);
     writable(vt).write(data_of(out), value);
     V_VT(out) = vt;
 }

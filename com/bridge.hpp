@@ -35,8 +35,9 @@ std::u16string text_of(BSTR text);
 // references). Subtypes the language lacks become the nearest one it has (small integers
 // Integer or Long, wider integers and decimals Double); a type it cannot hold is a mismatch.
 Variant read_value(VARTYPE vt, const void* storage);
-// Whether `vt` is one of the language's own types (Integer ... Byte, String, Object), which
-// arrays of it and typed references to it hold as they are.
+// Whether `vt` is one of the language's own typed values (Integer ... Byte, String, Object):
+// arrays of it and typed references to it hold them as they are. Variant is not one: a
+// reference to a Variant points at a whole VARIANT.
 bool is_language_type(VARTYPE vt) noexcept;
 // Writes `value` converted to `vt` into uninitialised storage of that type.
 void store_value(VARTYPE vt, void* storage, const Variant& value);

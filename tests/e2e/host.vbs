@@ -27,6 +27,12 @@ CheckEqual p.NameOf(p), "Probe", "the library's own object keeps its class name"
 Set d = CreateObject("Scripting.Dictionary")
 d.Add "k", "v"
 CheckEqual p.Read(d, "Count"), CLng(1), "a platform object"
+' A parameter its type information declares a by-reference Variant gets a reference to a Variant
+' that the library owns and frees: an object passed there must not stay alive after the call.
+Set n = p
+CheckEqual p.Call(d, "Exists", n), False, "a platform object's typed by-reference Variant parameter"
+CheckEqual n Is p, True, "that argument comes back as it was"
+Set n = Nothing
 
 On Error Resume Next
 n = 1
