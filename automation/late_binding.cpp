@@ -9,16 +9,45 @@ namespace celdo::automation {
 Variant late_call(Object& object, std::u16string_view member, uint16_t call, std::initializer_list<Arg> args) {
     auto id = object.member_id(member);
     if (!id) throw AutomationError(StdError::MemberNotFound);
+    return invoke_with(object, *id, call, args);
+}
+
+Variant invoke_with(Object& object, int32_t member, uint16_t call, std::initializer_list<Arg> args) {
     std::vector<Argument> arguments;
     arguments.reserve(args.size());
     for (const Arg& a : args) arguments.push_back({a.value_, a.ref_ != nullptr});
-    Variant result = object.invoke(*id, call, arguments);
+    Variant result = object.invoke(member, call, arguments);
     size_t i = 0;
     for (const Arg& a : args) {
         if (a.ref_) *a.ref_ = std::move(arguments[i].value);
         ++i;
     }
     return result;
+}
+
+Object& LateBound::target() const {
+    if (!object_) throw AutomationError(StdError::ObjectVariableNotSet);
+    return *object_;
+}
+
+int32_t LateBound::id_of(std::u16string_view member) {
+    for (const auto& [name, id] : ids_) {
+        if (name == member) return id;
+    }
+    auto id = target().member_id(member);
+    if (!id) throw AutomationError(StdError::MemberNotFound);
+    ids_.emplace_back(member, *id);
+    return *id;
+}
+
+bool LateBound::has(std::u16string_view member) {
+    if (!object_) return false;
+    for (const auto& [name, id] : ids_) {
+        if (name == member) return true;
+    }
+    auto id = object_->member_id(member);
+    if (id) ids_.emplace_back(member, *id);
+    return id.has_value();
 }
 
 }  // namespace celdo::automation

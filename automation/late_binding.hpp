@@ -5,7 +5,10 @@
 // receive what the callee leaves in them.
 
 #include <initializer_list>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "automation/object.hpp"
 #include "automation/variant.hpp"
@@ -24,7 +27,7 @@ public:
     Arg(T value) : value_(Variant(value)) {}
 
 private:
-    friend Variant late_call(Object&, std::u16string_view, uint16_t, std::initializer_list<Arg>);
+    friend Variant invoke_with(Object&, int32_t, uint16_t, std::initializer_list<Arg>);
     Variant value_;
     Variant* ref_ = nullptr;
 };
@@ -32,6 +35,8 @@ private:
 // The general form: `call` takes the kinds of call (kGet, kLet, kSet, kMethod, combined).
 // An unknown member raises error 438.
 Variant late_call(Object& object, std::u16string_view member, uint16_t call, std::initializer_list<Arg> args);
+// The same with the member already resolved (Object::member_id).
+Variant invoke_with(Object& object, int32_t member, uint16_t call, std::initializer_list<Arg> args);
 
 // A property read asks for the property alone: some script objects take the method flag on a
 // plain property as a call of its value.
@@ -48,5 +53,47 @@ inline void let(Object& object, std::u16string_view member, std::initializer_lis
 inline void set(Object& object, std::u16string_view member, std::initializer_list<Arg> args) {
     late_call(object, member, kSet, args);
 }
+
+// An object reached by many calls in a row, as a control is during one fill: each member name
+// is resolved once and remembered, as a compiled host keeps its dispatch ids, so that a grid
+// of a million cells costs a million calls and not a million name look-ups besides. Nothing
+// (a null object) is error 91 on every call, as the language reports a call on Nothing.
+class LateBound {
+public:
+    LateBound() = default;
+    explicit LateBound(Ref<Object> object) : object_(std::move(object)) {}
+    // The object a Variant holds; Nothing for anything else.
+    explicit LateBound(const Variant& value) : object_(value.object()) {}
+
+    Variant get(std::u16string_view member, std::initializer_list<Arg> args = {}) {
+        return invoke_with(target(), id_of(member), kGet, args);
+    }
+    Variant call(std::u16string_view member, std::initializer_list<Arg> args = {}) {
+        return invoke_with(target(), id_of(member), kMethod | kGet, args);
+    }
+    void let(std::u16string_view member, std::initializer_list<Arg> args) {
+        invoke_with(target(), id_of(member), kLet, args);
+    }
+    void set(std::u16string_view member, std::initializer_list<Arg> args) {
+        invoke_with(target(), id_of(member), kSet, args);
+    }
+    // The object's default member, as `object(args)` reads it in the language.
+    Variant value(std::initializer_list<Arg> args = {}) {
+        return invoke_with(target(), kDefaultMember, kGet, args);
+    }
+    // Whether the object has a member of that name, without calling it.
+    bool has(std::u16string_view member);
+
+    Object* object() const noexcept { return object_.get(); }
+    const Ref<Object>& ref() const noexcept { return object_; }
+    explicit operator bool() const noexcept { return static_cast<bool>(object_); }
+
+private:
+    Object& target() const;
+    int32_t id_of(std::u16string_view member);
+
+    Ref<Object> object_;
+    std::vector<std::pair<std::u16string, int32_t>> ids_;
+};
 
 }  // namespace celdo::automation
