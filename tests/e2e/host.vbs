@@ -11,7 +11,35 @@ Class Counter
     End Function
 End Class
 
-Dim p, c, n, d
+' A control's double as the services meet it: the probe disguises it as the control would look,
+' with type information, optional parameters, and a property given arguments indexing its value.
+Class FakeListItems
+    Public Default Function Item(Index)
+        Item = "item " & Index
+    End Function
+End Class
+
+Class FakeListView
+    Public Runs
+    Private items_
+    Private Sub Class_Initialize()
+        Runs = 0
+        Set items_ = New FakeListItems
+    End Sub
+    Public Property Get ListItems()
+        Set ListItems = items_
+    End Property
+    Public Function Add(Key, Text, Icon)
+        Runs = Runs + 1
+        Add = Key & "," & VarType(Text) & "," & VarType(Icon)
+    End Function
+    Public Function Refuse(Key, Text)
+        Runs = Runs + 1
+        Err.Raise 1235, "ListSource", "the list said no"
+    End Function
+End Class
+
+Dim p, c, n, d, fake, lv
 Set p = CreateObject("CeldoProbe.Probe")
 Set c = New Counter
 c.Total = 5
@@ -45,4 +73,21 @@ CheckError 438, "", "", "a member the host object lacks"
 p.Read Nothing, "Total"
 CheckError 91, "", "", "Nothing has no members"
 On Error GoTo 0
+
+Set fake = New FakeListView
+Set lv = p.Disguise(fake, "_ListView")
+CheckEqual p.NameOf(lv), "ListView", "a disguise is named as its type information says, without the underscore"
+CheckEqual lv.Add("k"), "k,10,10", "a short call gets the omitted arguments a control's optional parameters take"
+n = "m"
+CheckEqual p.Call(lv, "Add", n), "m,10,10", "and so does the library's"
+CheckEqual fake.Runs, 2, "each of those calls ran the method once"
+CheckEqual lv.ListItems(2), "item 2", "a property given arguments passes them to its value's default member"
+CheckEqual lv.ListItems.Item(3), "item 3", "what a disguise hands back is disguised too"
+On Error Resume Next
+lv.Refuse "k"
+CheckError 1235, "", "", "an error raised inside a disguised method reaches the caller"
+lv.Refuse "k", "t"
+CheckError 1235, "", "", "also from a call that needed no omitted arguments"
+On Error GoTo 0
+CheckEqual fake.Runs, 4, "a method that raised an error ran once, not once per try"
 Finish

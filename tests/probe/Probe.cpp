@@ -5,6 +5,7 @@
 #include "automation/error.hpp"
 #include "automation/late_binding.hpp"
 #include "automation/textops.hpp"
+#include "tests/probe/Disguise.hpp"
 
 namespace celdo::tests::probe {
 
@@ -80,6 +81,13 @@ void Probe::Write(automation::Ref<automation::Object> target, const std::u16stri
 }
 
 std::u16string Probe::NameOf(automation::Ref<automation::Object> target) const { return present(target).type_name(); }
+
+automation::Ref<automation::Object> Probe::Disguise(automation::Ref<automation::Object> target,
+                                                    const std::u16string& type_name) const {
+    present(target);
+    if (platform_disguise) return platform_disguise(*target, type_name);
+    return forwarding_disguise(std::move(target), type_name);
+}
 
 void Probe::Ring(int32_t times) {
     for (int32_t i = 1; i <= times; ++i) {

@@ -63,6 +63,9 @@ public:
     void Write(automation::Ref<automation::Object> target, const std::u16string& member,
                const automation::Variant& value) const;
     std::u16string NameOf(automation::Ref<automation::Object> target) const;
+    // A script double of a control made to look like the real one (tests/probe/Disguise.hpp).
+    automation::Ref<automation::Object> Disguise(automation::Ref<automation::Object> target,
+                                                 const std::u16string& type_name) const;
 
 private:
     automation::Variant value_;

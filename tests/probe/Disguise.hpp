@@ -1,0 +1,25 @@
+#pragma once
+// Script doubles of host controls made to look like the controls they stand for (tests only).
+// A VBScript class under Wine has no type information and no optional parameters, and a
+// property of it that is given arguments does not hand them to the default member of its
+// value; real ActiveX controls have all three, and the services rely on them.
+
+#include <string>
+
+#include "automation/object.hpp"
+
+namespace celdo::tests::probe {
+
+// Where there is no COM (the native build): forwards names and calls to `target` and reports
+// `type_name` without the underscore of a default interface.
+automation::Ref<automation::Object> forwarding_disguise(automation::Ref<automation::Object> target,
+                                                        const std::u16string& type_name);
+
+// Set by the probe's COM server (DisguiseCom.cpp): a COM object with type information named
+// `type_name` that pads short calls with omitted arguments and indexes what a property returns,
+// as a control does. Null where there is none, and forwarding_disguise serves instead.
+using DisguiseMaker = automation::Ref<automation::Object> (*)(automation::Object& target,
+                                                              const std::u16string& type_name);
+extern DisguiseMaker platform_disguise;
+
+}  // namespace celdo::tests::probe
