@@ -94,7 +94,7 @@ HRESULT caught_error(REFIID iid, Boundary boundary, EXCEPINFO* excepinfo) noexce
     }
 }
 
-AutomationError error_from_call(HRESULT hr, EXCEPINFO* info) {
+AutomationError error_from_call(HRESULT hr, EXCEPINFO* info, IErrorInfo* pending) {
     if (hr == DISP_E_EXCEPTION && info) {
         if (info->pfnDeferredFillIn) info->pfnDeferredFillIn(info);
         // The texts are ours to free, whatever happens next.
@@ -112,6 +112,13 @@ AutomationError error_from_call(HRESULT hr, EXCEPINFO* info) {
     }
     if (hr == E_OUTOFMEMORY) throw std::bad_alloc();
     const int32_t number = number_of(hr);
+    if (pending) {
+        unique_bstr source, description;
+        if (SUCCEEDED(pending->GetDescription(description.put())) && SysStringLen(description.get()) > 0) {
+            pending->GetSource(source.put());
+            return AutomationError(number, text_of(source.get()), text_of(description.get()));
+        }
+    }
     if (number > 0 && number <= 0xFFFF) return AutomationError(static_cast<StdError>(number));
     return AutomationError(number, automation::kComponentName, u"Automation error");
 }

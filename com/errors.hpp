@@ -30,8 +30,9 @@ enum class Boundary {
 HRESULT caught_error(REFIID iid, Boundary boundary, EXCEPINFO* excepinfo = nullptr) noexcept;
 
 // The error that a failed call into a host object reported (its out of memory is thrown as
-// std::bad_alloc, so that nothing absorbs it).
-automation::AutomationError error_from_call(HRESULT hr, EXCEPINFO* info);
+// std::bad_alloc, so that nothing absorbs it): EXCEPINFO when the host filled it, else the
+// error object it left on the thread (`pending`), else the HRESULT alone.
+automation::AutomationError error_from_call(HRESULT hr, EXCEPINFO* info, IErrorInfo* pending = nullptr);
 
 // Runs `body` for a vtable entry: no exception crosses the COM boundary.
 template <class F>

@@ -139,7 +139,14 @@ Variant HostObject::invoke(int32_t member, uint16_t call, std::span<Argument> ar
     UINT arg_error = 0;
     const HRESULT hr = dispatch_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, call_kinds(call), &params,
                                          result.get(), &info, &arg_error);
-    if (FAILED(hr)) throw error_from_call(hr, &info);
+    if (FAILED(hr)) {
+        // A host that failed may also have left an error object on the thread. It is taken off
+        // here, with what it says kept in the error raised: an error the library then deals
+        // with (a fill that stops quietly) leaves nothing pending for the host to misread.
+        com_ptr<IErrorInfo> pending;
+        GetErrorInfo(0, pending.put());
+        throw error_from_call(hr, &info, pending.get());
+    }
     for (size_t i = 0; i < n; ++i) {
         if (args[i].by_ref) args[i].value = from_variant(outgoing.arg(i));
     }
