@@ -245,3 +245,27 @@ TEST_F(TypeLibrary, AliasesShareTheirValue) {
 
 }  // namespace
 }  // namespace celdo::testing
+
+namespace celdo::testing {
+namespace {
+
+// Hosts compiled against the service bind its members by dispatch id and vtable slot: the
+// interface is complete from its first release, so members built later never move.
+TEST_F(TypeLibrary, TheServiceInterfaceIsCompleteAndItsIdsStay) {
+    ComPtr<ITypeInfo> dispatch;
+    ASSERT_EQ(library_->GetTypeInfoOfGuid(IID__ISService, dispatch.out()), S_OK);
+    TYPEATTR* attr = nullptr;
+    dispatch->GetTypeAttr(&attr);
+    // 50 members, three of them properties with Get and Let, after the seven of IDispatch.
+    EXPECT_EQ(attr->cFuncs, 60);
+    dispatch->ReleaseTypeAttr(attr);
+    const std::pair<const wchar_t*, MEMBERID> members[] = {
+        {L"Ex", 1},           {L"IsControl", 13},    {L"AddNode", 14},          {L"FillForm", 19},
+        {L"FillFlexGrid", 26}, {L"AddListItem", 31}, {L"ExecFillListDB", 37},   {L"FillToolBar", 42},
+        {L"SawpListView", 48}, {L"FillGrid", 50},
+    };
+    for (const auto& [name, id] : members) EXPECT_EQ(name_of(dispatch.get(), id), name) << id;
+}
+
+}  // namespace
+}  // namespace celdo::testing
