@@ -39,13 +39,12 @@ private:
     I* p_ = nullptr;
 };
 
-// An event sink as a WithEvents variable builds one: a dispatch object that records each event
-// it receives (its number and, when it is a Long, its first argument).
-class RecordingSink final : public IDispatch {
+// The IUnknown and IDispatch plumbing of a host object written in a test. It lives on the
+// test's stack: `refs` starts at 1 for that, and what the library took must be given back.
+class TestDispatch : public IDispatch {
 public:
-    explicit RecordingSink(REFIID events) : events_(events) {}
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (riid == IID_IUnknown || riid == IID_IDispatch || riid == events_) {
+        if (riid == IID_IUnknown || riid == IID_IDispatch || answers(riid)) {
             *out = this;
             AddRef();
             return S_OK;
@@ -61,6 +60,20 @@ public:
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+
+    ULONG refs = 1;
+
+protected:
+    ~TestDispatch() = default;
+    // Another interface the object answers to, such as an events interface.
+    virtual bool answers(REFIID) const { return false; }
+};
+
+// An event sink as a WithEvents variable builds one: a dispatch object that records each event
+// it receives (its number and, when it is a Long, its first argument).
+class RecordingSink final : public TestDispatch {
+public:
+    explicit RecordingSink(REFIID events) : events_(events) {}
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
                                      UINT*) override {
         ids.push_back(id);
@@ -71,13 +84,13 @@ public:
         return S_OK;
     }
 
-    ULONG refs = 1;
     std::vector<DISPID> ids;
     std::vector<UINT> argument_counts;
     std::vector<long> first_longs;
     size_t method_calls = 0;
 
 private:
+    bool answers(REFIID riid) const override { return riid == events_; }
     IID events_;
 };
 

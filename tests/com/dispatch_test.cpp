@@ -250,7 +250,7 @@ namespace {
 // A host object as compiled hosts build them: dispatch through type information (the probe's
 // own interface stands in for it), recording what arrives; or without type information, as
 // script objects are.
-class FakeHost final : public IDispatch {
+class FakeHost final : public TestDispatch {
 public:
     explicit FakeHost(ITypeInfo* info) : info_(info) {
         if (info_) info_->AddRef();
@@ -258,17 +258,6 @@ public:
     ~FakeHost() {
         if (info_) info_->Release();
     }
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (riid == IID_IUnknown || riid == IID_IDispatch) {
-            *out = this;
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs; }
-    ULONG STDMETHODCALLTYPE Release() override { return --refs; }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
         *n = info_ ? 1 : 0;
         return S_OK;
@@ -310,7 +299,6 @@ public:
         }
         return S_OK;
     }
-    ULONG refs = 1;
     std::vector<VARTYPE> received;
 
 private:

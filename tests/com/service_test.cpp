@@ -11,24 +11,8 @@ namespace {
 
 constexpr HRESULT kRefused = static_cast<HRESULT>(0x800A017C);  // error 380
 
-class RefusingControl final : public IDispatch {
+class RefusingControl final : public TestDispatch {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (riid == IID_IUnknown || riid == IID_IDispatch) {
-            *out = this;
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs; }
-    ULONG STDMETHODCALLTYPE Release() override { return --refs; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
-        *n = 0;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) override {
         ids[0] = 7;
         return S_OK;
@@ -48,7 +32,6 @@ public:
         failure->bstrDescription = SysAllocString(L"the control said no");
         return DISP_E_EXCEPTION;
     }
-    ULONG refs = 1;
     int calls = 0;
 };
 
