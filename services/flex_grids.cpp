@@ -317,7 +317,9 @@ void ISService::ExecFillFlexGrid(Object rdbgSource, const std::u16string& vstrQu
     const bool has_rows = cells && cells->ubound(2) >= cells->lbound(2) && max_rows != -1;
     if (!has_rows) {
         LateBound(rdbgSource).call(u"Clear");
-        FlexGridHeader(rdbgSource, Variant(automation::Ref<automation::Object>(layout)));
+        // Without any header there is nothing to lay out (and a layout of Nothing would stop
+        // with Redraw off).
+        if (layout) FlexGridHeader(rdbgSource, Variant(automation::Ref<automation::Object>(layout)));
         return;
     }
     if (oHeader) FlexGridHeader(rdbgSource, Variant(automation::Ref<automation::Object>(oHeader)));
