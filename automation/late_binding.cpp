@@ -30,24 +30,21 @@ Object& LateBound::target() const {
     return *object_;
 }
 
-int32_t LateBound::id_of(std::u16string_view member) {
+std::optional<int32_t> LateBound::lookup(std::u16string_view member) {
     for (const auto& [name, id] : ids_) {
         if (name == member) return id;
     }
     auto id = target().member_id(member);
+    if (id) ids_.emplace_back(member, *id);
+    return id;
+}
+
+int32_t LateBound::id_of(std::u16string_view member) {
+    auto id = lookup(member);
     if (!id) throw AutomationError(StdError::MemberNotFound);
-    ids_.emplace_back(member, *id);
     return *id;
 }
 
-bool LateBound::has(std::u16string_view member) {
-    if (!object_) return false;
-    for (const auto& [name, id] : ids_) {
-        if (name == member) return true;
-    }
-    auto id = object_->member_id(member);
-    if (id) ids_.emplace_back(member, *id);
-    return id.has_value();
-}
+bool LateBound::has(std::u16string_view member) { return object_ && lookup(member).has_value(); }
 
 }  // namespace celdo::automation

@@ -5,6 +5,7 @@
 // receive what the callee leaves in them.
 
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -90,6 +91,8 @@ public:
 
 private:
     Object& target() const;
+    // The member's id, remembered once found; none when the object has no such member.
+    std::optional<int32_t> lookup(std::u16string_view member);
     int32_t id_of(std::u16string_view member);
 
     Ref<Object> object_;

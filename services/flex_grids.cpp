@@ -139,23 +139,35 @@ Layout layout_of(const Variant& header) {
     return layout;
 }
 
-// The cells of a one-row text: cut at ";" when it has one, else at ",", and trimmed.
-std::vector<std::u16string> cells_of_text(const std::u16string& text) {
-    const char16_t separator = text.find(u';') != std::u16string::npos ? u';' : u',';
+std::vector<std::u16string> split_at(const std::u16string& text, char16_t separator) {
     std::vector<std::u16string> cells;
     size_t start = 0;
     for (;;) {
         const size_t found = text.find(separator, start);
-        cells.emplace_back(automation::trim(std::u16string_view(text).substr(start, found - start)));
-        if (found == std::u16string::npos) break;
+        cells.push_back(text.substr(start, found - start));
+        if (found == std::u16string::npos) return cells;
         start = found + 1;
     }
+}
+
+// The cells of a one-row text: cut at ";" when it has one, else at ",", and trimmed.
+std::vector<std::u16string> cells_of_text(const std::u16string& text) {
+    std::vector<std::u16string> cells = split_at(text, text.find(u';') != std::u16string::npos ? u';' : u',');
+    for (std::u16string& cell : cells) cell = std::u16string(automation::trim(cell));
     return cells;
 }
 
+// The format of each column a field describes, read once per fill rather than once per cell.
+std::vector<std::u16string> formats_of(const std::vector<Field>& fields) {
+    std::vector<std::u16string> formats;
+    formats.reserve(fields.size());
+    for (const Field& f : fields) formats.push_back(f->get_Format());
+    return formats;
+}
+
 // A cell as the grid shows it: formatted by the field that describes its column, if any.
-Variant shown_cell(const Variant& cell, const std::vector<Field>& fields, size_t column) {
-    if (column < fields.size()) return Variant(build_format(cell, fields[column]->get_Format()));
+Variant shown_cell(const Variant& cell, const std::vector<std::u16string>& formats, size_t column) {
+    if (column < formats.size()) return Variant(build_format(cell, formats[column]));
     return cell;
 }
 
@@ -251,6 +263,9 @@ void ISService::band_row(LateBound& grid, int32_t row, int32_t fixed_rows, int32
 void ISService::fill_grid_matrix(LateBound& grid, automation::Array& cells, const Fields& header) {
     const int32_t last_column = cells.ubound(1), last_row = cells.ubound(2);
     const std::vector<Field> fields = fields_of(header);
+    const std::vector<std::u16string> formats = formats_of(fields);
+    std::vector<bool> help_buttons;
+    for (const Field& f : fields) help_buttons.push_back(f->get_DisplayControl() == fields::exHelpButton);
     grid.let(u"BackColorBkg", {kWhite});
     const int32_t fixed_rows = automation::to_long(grid.get(u"FixedRows"));
     grid.let(u"Rows", {last_row + fixed_rows + 1});
@@ -264,9 +279,9 @@ void ISService::fill_grid_matrix(LateBound& grid, automation::Array& cells, cons
             // A Null cell is replaced in the array, so the caller sees what was shown; a column
             // no field describes shows it as empty text.
             if (cell.is_null() && column < fields.size()) cell = shown_for_null(*fields[column]);
-            const Variant shown = cell.is_null() ? Variant(std::u16string()) : shown_cell(cell, fields, column);
+            const Variant shown = cell.is_null() ? Variant(std::u16string()) : shown_cell(cell, formats, column);
             grid.let(u"TextMatrix", {r + fixed_rows, c + fixed_cols, shown});
-            if (column < fields.size() && fields[column]->get_DisplayControl() == fields::exHelpButton) {
+            if (column < help_buttons.size() && help_buttons[column]) {
                 grid.let(u"Row", {r + fixed_rows});
                 grid.let(u"Col", {c + fixed_cols});
                 grid.let(u"CellForeColor", {kWhite});
@@ -285,9 +300,15 @@ void ISService::fill_grid_rows(LateBound& grid, const Variant& rows, const Field
     grid.let(u"Rows", {count + fixed_rows});
     const int32_t fixed_cols = automation::to_long(grid.get(u"FixedCols"));
     int32_t cols = automation::to_long(grid.get(u"Cols"));
+    const bool described = header && header->get_Count() > 0;
+    std::vector<Field> columns = fields_of(described ? header : nullptr);
+    std::vector<std::u16string> formats = formats_of(columns);
     for (int32_t r = 0; r < std::min(count, kLastFilledRow + 1); ++r) {
         const Variant row = collection.get(u"Item", {r + 1});
-        const std::vector<Field> columns = fields_of(header && header->get_Count() > 0 ? header : fields_in(row));
+        if (!described) {
+            columns = fields_of(fields_in(row));
+            formats = formats_of(columns);
+        }
         if (static_cast<int32_t>(columns.size()) + fixed_cols > cols) {
             cols = static_cast<int32_t>(columns.size()) + fixed_cols;
             grid.let(u"Cols", {cols});
@@ -297,7 +318,7 @@ void ISService::fill_grid_rows(LateBound& grid, const Variant& rows, const Field
             const Variant found = fields_of_row.get(u"Item", {columns[c]->get_Name()});
             Variant value = found.is_object() ? LateBound(found).get(u"Value") : found;
             if (value.is_null()) value = shown_for_null(*columns[c]);
-            grid.let(u"TextMatrix", {r + fixed_rows, static_cast<int32_t>(c) + fixed_cols, shown_cell(value, columns, c)});
+            grid.let(u"TextMatrix", {r + fixed_rows, static_cast<int32_t>(c) + fixed_cols, shown_cell(value, formats, c)});
         }
         band_row(grid, r, fixed_rows, fixed_cols, cols);
     }
@@ -333,15 +354,10 @@ Variant ISService::AddFlexItem(Object rFlexGrid, const Variant& vData, Fields& o
     // AddItem takes the whole row, fixed columns included, as tab-separated cells.
     const int32_t fixed_cols = automation::to_long(grid.get(u"FixedCols"));
     std::u16string row(static_cast<size_t>(std::max(fixed_cols, 0)), u'\t');
-    const std::u16string text = text_of(vData);
-    size_t start = 0;
-    for (size_t c = 0;; ++c) {
-        const size_t found = text.find(u'\t', start);
-        const std::u16string cell = text.substr(start, found - start);
-        row += c < fields.size() ? build_format(Variant(cell), fields[c]->get_Format()) : cell;
-        if (found == std::u16string::npos) break;
-        row += u'\t';
-        start = found + 1;
+    const std::vector<std::u16string> cells = split_at(text_of(vData), u'\t');
+    for (size_t c = 0; c < cells.size(); ++c) {
+        if (c > 0) row += u'\t';
+        row += c < fields.size() ? build_format(Variant(cells[c]), fields[c]->get_Format()) : cells[c];
     }
     if (Index == -1) {
         grid.call(u"AddItem", {row});
@@ -365,11 +381,11 @@ Variant ISService::RemoveFlexItem(Object rFlexGrid, int32_t vRow) {
 
 Variant ISService::FlexItemUpdateRow(Object rdbgSource, int32_t vRow, const Variant& vData, Fields& rHeader) {
     LateBound grid(rdbgSource);
-    const std::vector<Field> fields = fields_of(rHeader);
+    const std::vector<std::u16string> formats = formats_of(fields_of(rHeader));
     const int32_t fixed_cols = automation::to_long(grid.get(u"FixedCols"));
     const std::vector<std::u16string> cells = cells_of_text(text_of(vData));
     for (size_t c = 0; c < cells.size(); ++c) {
-        grid.let(u"TextMatrix", {vRow, static_cast<int32_t>(c) + fixed_cols, shown_cell(Variant(cells[c]), fields, c)});
+        grid.let(u"TextMatrix", {vRow, static_cast<int32_t>(c) + fixed_cols, shown_cell(Variant(cells[c]), formats, c)});
     }
     return Variant(vRow);
 }
