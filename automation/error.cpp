@@ -17,6 +17,7 @@ std::u16string_view describe(StdError error) noexcept {
     case StdError::ObjectRequired: return u"Object required";
     case StdError::MemberNotFound: return u"Object doesn't support this property or method";
     case StdError::ArgumentNotOptional: return u"Argument not optional";
+    case StdError::NotACollection: return u"Object not a collection";
     case StdError::WrongArgumentCount:
         return u"Wrong number of arguments or invalid property assignment";
     case StdError::DuplicateKey:

@@ -20,6 +20,7 @@ enum class StdError : int32_t {
     ObjectRequired = 424,
     MemberNotFound = 438,
     ArgumentNotOptional = 449,
+    NotACollection = 451,
     WrongArgumentCount = 450,
     DuplicateKey = 457,
 };

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "automation/enumerator.hpp"
 #include "automation/error.hpp"
 
 namespace celdo::automation {
@@ -23,6 +24,21 @@ Variant invoke_with(Object& object, int32_t member, uint16_t call, std::initiali
         ++i;
     }
     return result;
+}
+
+std::vector<Variant> items_of(const Variant& collection) {
+    std::vector<Variant> items;
+    if (collection.is_array()) {
+        const auto elements = collection.as_array().elements();
+        return {elements.begin(), elements.end()};
+    }
+    if (!collection.is_object()) throw AutomationError(StdError::NotACollection);
+    if (!collection.as_object()) throw AutomationError(StdError::ObjectVariableNotSet);
+    const Variant walker = invoke_with(*collection.as_object(), kNewEnumMember, kMethod | kGet, {});
+    auto* enumerator = dynamic_cast<Enumerator*>(walker.as_object());
+    if (!enumerator) throw AutomationError(StdError::NotACollection);
+    for (Variant item; enumerator->next(item);) items.push_back(std::move(item));
+    return items;
 }
 
 Object& LateBound::target() const {

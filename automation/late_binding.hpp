@@ -55,6 +55,11 @@ inline void set(Object& object, std::u16string_view member, std::initializer_lis
     late_call(object, member, kSet, args);
 }
 
+// The items of a collection as For Each walks them: the elements of an array, or what an
+// object's enumerator (its NewEnum member) hands out. Anything else is error 451 (object not
+// a collection), as For Each reports it.
+std::vector<Variant> items_of(const Variant& collection);
+
 // An object reached by many calls in a row, as a control is during one fill: each member name
 // is resolved once and remembered, as a compiled host keeps its dispatch ids, so that a grid
 // of a million cells costs a million calls and not a million name look-ups besides. Nothing

@@ -254,6 +254,11 @@ Variant from_object(IUnknown* value) {
     if (!value) return Variant::nothing();
     if (com_ptr<ICeldoCore> own = query<ICeldoCore>(value, IID_ICeldoCore))
         return Variant(Ref<automation::Component>(own->core()));
+    // An enumerator handed out by a host collection: walked, never called by name.
+    if (!query<IDispatch>(value, IID_IDispatch)) {
+        if (com_ptr<IEnumVARIANT> items = query<IEnumVARIANT>(value, IID_IEnumVARIANT))
+            return Variant(Ref<automation::Object>(host_enumerator(std::move(items))));
+    }
     return Variant(Ref<automation::Object>(new HostObject(value)));
 }
 

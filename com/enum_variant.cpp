@@ -56,7 +56,36 @@ private:
     automation::Ref<automation::Enumerator> items_;
 };
 
+class HostEnumerator final : public automation::Enumerator {
+public:
+    explicit HostEnumerator(com_ptr<IEnumVARIANT> items) : items_(std::move(items)) {}
+
+    bool next(automation::Variant& item) override {
+        unique_variant got;
+        ULONG fetched = 0;
+        const HRESULT hr = items_->Next(1, got.get(), &fetched);
+        if (FAILED(hr)) throw error_from_call(hr, nullptr, nullptr);
+        if (hr != S_OK || fetched != 1) return false;
+        item = from_variant(got.get());
+        return true;
+    }
+    void reset() override { items_->Reset(); }
+    automation::Ref<automation::Enumerator> clone() const override {
+        com_ptr<IEnumVARIANT> copy;
+        const HRESULT hr = items_->Clone(copy.put());
+        if (FAILED(hr) || !copy) throw error_from_call(FAILED(hr) ? hr : E_POINTER, nullptr, nullptr);
+        return automation::make_ref<HostEnumerator>(std::move(copy));
+    }
+
+private:
+    com_ptr<IEnumVARIANT> items_;
+};
+
 }  // namespace
+
+automation::Ref<automation::Enumerator> host_enumerator(com_ptr<IEnumVARIANT> items) {
+    return automation::make_ref<HostEnumerator>(std::move(items));
+}
 
 com_ptr<IUnknown> make_enum_variant(automation::Ref<automation::Enumerator> items) {
     return com_ptr<IUnknown>::copy(new EnumVariant(std::move(items)));

@@ -9,7 +9,9 @@
 #include "automation/dispatch.hpp"
 #include "com/class_registry.hpp"
 #include "com/errors.hpp"
+#include "com/pictures.hpp"
 #include "com/unknown.hpp"
+#include "services/ISService.hpp"
 
 namespace celdo::com {
 namespace {
@@ -63,6 +65,7 @@ ClassFactory& class_object(const ComClass& cls) {
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {
         celdo::com::set_module_handle(instance);
+        celdo::services::install_picture_loader(&celdo::com::load_picture);
         DisableThreadLibraryCalls(instance);
     } else if (reason == DLL_PROCESS_DETACH) {
         celdo::com::report_lifetime();

@@ -36,7 +36,21 @@ constexpr std::array<std::u16string_view, 17> kControlTypes = {
 
 }  // namespace
 
-ISService::ISService() : cell_back_color_(0xFFDACC), clipboard_(&system_clipboard()) {
+namespace {
+
+Variant no_picture_format(const std::u16string& file) {
+    if (file.empty()) return Variant::nothing();
+    throw AutomationError(481, automation::kComponentName, u"Invalid picture");
+}
+
+PictureLoader installed_pictures = &no_picture_format;
+
+}  // namespace
+
+void install_picture_loader(PictureLoader loader) noexcept { installed_pictures = loader ? loader : &no_picture_format; }
+
+ISService::ISService()
+    : cell_back_color_(0xFFDACC), clipboard_(&system_clipboard()), pictures_(installed_pictures) {
     let_ForeColor(0x854B00);
     let_BackColor(0xFFFFFF);
 }
@@ -200,40 +214,9 @@ void ISService::FillTreeView(Object&, const Variant&, const Variant&, const Vari
     not_available(u"FillTreeView");
 }
 Variant ISService::GetNodes(Object, bool) { not_available(u"GetNodes"); }
-void ISService::FillForm(Object&, Fields&, const std::u16string&, bool) { not_available(u"FillForm"); }
-void ISService::PaintForm(Object&) { not_available(u"PaintForm"); }
-void ISService::FillCeldosForm(Object&, Fields&, const std::u16string&) { not_available(u"FillCeldosForm"); }
 void ISService::ExecFillFlexGridTree(Object, const std::u16string&, fields::exTypeRs, Fields&, Fields) {
     not_available(u"ExecFillFlexGridTree");
 }
 void ISService::FillFlexGridTree(Object, Variant&, Fields&) { not_available(u"FillFlexGridTree"); }
-void ISService::ExecFillListDB(Object&, const std::u16string&, Variant&) { not_available(u"ExecFillListDB"); }
-void ISService::FillListDB(Object, const Variant&) { not_available(u"FillListDB"); }
-Variant ISService::FindRowSource(Field, const Variant&) { not_available(u"FindRowSource"); }
-void ISService::FillImageCombo(Object, const Variant&, bool) { not_available(u"FillImageCombo"); }
-void ISService::AddComboItem(Object, const std::u16string&, const std::u16string&, const Variant&, const Variant&,
-                             const std::u16string&) {
-    not_available(u"AddComboItem");
-}
-void ISService::FillToolBar(Object&, const Variant&, bool) { not_available(u"FillToolBar"); }
-void ISService::AddButtonItem(Object, const std::u16string&, const std::u16string&, const Variant&,
-                              const std::u16string&, const std::u16string&) {
-    not_available(u"AddButtonItem");
-}
-void ISService::FillButtonMenus(Object, Variant&, const Variant&, bool) { not_available(u"FillButtonMenus"); }
-void ISService::AddButtonMenuItem(Object, Variant&, const std::u16string&, const std::u16string&) {
-    not_available(u"AddButtonMenuItem");
-}
-void ISService::SawpGridListView(int16_t&, Object, Object, const std::u16string&) {
-    not_available(u"SawpGridListView");
-}
-void ISService::SawpListViewGrid(Object&, Object, Object, const std::u16string&) {
-    not_available(u"SawpListViewGrid");
-}
-void ISService::SawpListView(Object&, Object, Object, const std::u16string&) { not_available(u"SawpListView"); }
-void ISService::ExecFillGrid(Object, const std::u16string&, int16_t, int16_t, const std::u16string&, Fields&) {
-    not_available(u"ExecFillGrid");
-}
-void ISService::FillGrid(Object, const Variant&, const std::u16string&) { not_available(u"FillGrid"); }
 
 }  // namespace celdo::services

@@ -5,7 +5,9 @@
 // names host controls answer to, so the same code drives real controls through IDispatch and
 // test doubles natively.
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "automation/component.hpp"
 #include "automation/late_binding.hpp"
@@ -17,6 +19,12 @@
 namespace celdo::services {
 
 class Clipboard;
+
+// The platform's standard picture loader, as LoadPicture: the picture a file holds, or an empty
+// picture for the empty name. The COM layer installs the platform's when it loads; until then
+// (and on platforms without one) a file is never a picture: error 481, invalid picture.
+using PictureLoader = automation::Variant (*)(const std::u16string& file);
+void install_picture_loader(PictureLoader loader) noexcept;
 
 class ISService final : public automation::Declared<ISService> {
 public:
@@ -117,6 +125,8 @@ public:
 
     // Where FlexGridClipBoard puts its text; the platform's clipboard unless a test gives another.
     void use_clipboard(Clipboard& clipboard) noexcept { clipboard_ = &clipboard; }
+    // How FillForm loads a picture; the installed loader unless a test gives another.
+    void use_pictures(PictureLoader loader) noexcept { pictures_ = loader; }
 
     void visit_references(automation::ReferenceVisitor& visitor) const override {
         if (ex_) visitor.visit(ex_.get());
@@ -138,11 +148,32 @@ private:
     void fill_grid_rows(automation::LateBound& grid, const Variant& rows, const Fields& header);
     void band_row(automation::LateBound& grid, int32_t row, int32_t fixed_rows, int32_t fixed_cols, int32_t cols);
 
+    // ExecFillArray in its short form, as lists and toolbars call it: the query opened static,
+    // the status, a new field collection, and the caller's parameters (when given, written
+    // back). The data array, or nothing when the status is negative.
+    std::optional<Variant> query_rows(const std::u16string& query, Variant* parameters) const;
+    // A text with the host's expressions replaced (Evaluador.ReplaceExpresion, naming the
+    // fields of `row`); as it stands when the service has no data-access object.
+    Variant expand(const std::u16string& text, const Fields& row) const;
+    // A field's row source as a data array: a query through the host's GetArray, a value list
+    // through the field's GetRowSource.
+    Variant row_source_rows(fields::clsCeldo& field, const Fields& row) const;
+    std::optional<Variant> toolbar_rows(const Variant& registros) const;
+
+    // A form control bound to a field of a row.
+    struct Bound;
+    std::optional<Bound> bind(Variant& control, const Fields& row, const std::u16string& group) const;
+    std::vector<Variant> controls_of(Object& form) const;
+    void fill_control(Bound& bound, const Fields& row);
+    void fill_image_combo(Bound& bound, const Fields& row, const Variant& value);
+    std::optional<Variant> read_control(Bound& bound, std::optional<std::u16string>& description);
+
     Object ex_;
     int32_t cell_back_color_;
     int32_t fore_color_ = 0;
     int32_t back_color_ = 0;
     Clipboard* clipboard_;
+    PictureLoader pictures_;
 };
 
 }  // namespace celdo::services

@@ -29,18 +29,6 @@ constexpr double kListViewMargin = 330;
 constexpr int32_t kAlignLeft = 0;
 constexpr int32_t kAlignRight = 1;
 
-// A list view rejects numeric keys; "K" before one makes it a key.
-Variant item_key(const std::u16string& key) {
-    if (key.empty()) return Variant::missing();
-    if (automation::lang::IsNumeric(Variant(key))) return Variant(u"K" + key);
-    return Variant(key);
-}
-
-bool at_least_zero(const Variant& icon) {
-    const Ordering order = automation::compare_to_typed(icon, Variant(0));
-    return order == Ordering::Greater || order == Ordering::Equal;
-}
-
 // One piece cut off the front of `rest` at the first `separator`. Only one character of the
 // separator is skipped, deliberately: a longer separator leaves its tail on the next piece.
 std::u16string cut_piece(std::u16string& rest, const std::u16string& separator) {
@@ -142,7 +130,7 @@ void ISService::AddListItem(Object& rlstView, const std::u16string& vstrClave, c
             std::u16string piece = cut_piece(rest, Separador);
             if (i == 0) {
                 LateBound items(view.get(u"ListItems"));
-                item = LateBound(items.call(u"Add", {Variant::missing(), item_key(vstrClave), piece}));
+                item = LateBound(items.call(u"Add", {Variant::missing(), element_key(vstrClave), piece}));
                 item.let(u"Tag", {oTag});
                 if (at_least_zero(vIcon)) item.let(u"Icon", {vIcon});
                 if (at_least_zero(vSmallIcon)) item.let(u"SmallIcon", {vSmallIcon});
@@ -332,6 +320,103 @@ void ISService::DBGridColumnHeaders(Object rdbgSource, Object& vcolHeaders) {
         column.let(u"Caption", {captions.get(u"Item", {i})});
         column.let(u"Width", {width});
     }
+}
+
+// ---- Moving entries between list views and data grids -------------------------------------------
+
+namespace {
+
+// A list item's text and its sub-items, one per column after the first, joined by the
+// separator: the info string that AddListItem takes and a data grid's line.
+std::u16string info_of(LateBound& item, LateBound& source, const std::u16string& separator) {
+    std::u16string info = text_of(item.get(u"Text"));
+    const int32_t columns = header_count(source);
+    for (int32_t i = 1; i <= columns - 1; ++i) info += separator + text_of(item.get(u"SubItems", {i}));
+    return info;
+}
+
+void remove_item(LateBound& source, LateBound& item) {
+    LateBound(source.get(u"ListItems")).call(u"Remove", {item.get(u"Index")});
+}
+
+}  // namespace
+
+// The item keeps its key and its tag; its icons belong to the source's image lists and stay.
+void ISService::SawpListView(Object& vItem, Object rlstSource, Object rlstTarget, const std::u16string& Separador) {
+    resume_next([&] {
+        LateBound item(vItem), source(rlstSource);
+        const std::u16string info = info_of(item, source, Separador);
+        AddListItem(rlstTarget, text_of(item.get(u"Key")), Variant(-1), Variant(-1), info, Separador,
+                    text_of(item.get(u"Tag")));
+        remove_item(source, item);
+    });
+}
+
+void ISService::SawpListViewGrid(Object& vItem, Object rlstSource, Object rdbgTarget, const std::u16string& Separador) {
+    resume_next([&] {
+        LateBound item(vItem), source(rlstSource), grid(rdbgTarget);
+        grid.let(u"FieldSeparator", {Separador});
+        grid.call(u"AddItem", {info_of(item, source, Separador)});
+        remove_item(source, item);
+    });
+}
+
+// The row is made the grid's current one and read through its columns, as many as the list
+// view has; a grid row has no key, so the new item has none.
+void ISService::SawpGridListView(int16_t& vIndex, Object rdbgSource, Object rlstTarget, const std::u16string& Separador) {
+    resume_next([&] {
+        LateBound grid(rdbgSource), target(rlstTarget);
+        grid.let(u"Row", {vIndex});
+        LateBound columns(grid.get(u"Columns"));
+        const int32_t count = header_count(target);
+        std::u16string info;
+        for (int32_t c = 0; c < count; ++c) {
+            info += (c ? Separador : std::u16string()) + text_of(LateBound(columns.get(u"Item", {c})).get(u"Value"));
+        }
+        AddListItem(rlstTarget, u"", Variant(-1), Variant(-1), info, Separador, u"");
+        grid.call(u"RemoveItem", {vIndex});
+    });
+}
+
+// With a description of the rows the grid gets one column per field, captioned and as wide as
+// the field's column; without one its columns stay as they are.
+void ISService::ExecFillGrid(Object rdbgSource, const std::u16string& vstrQuery, int16_t Mode, int16_t Opciones,
+                             const std::u16string& Separador, Fields& oarrParametros) {
+    resume_next([&] {
+        if (!connected()) return;
+        int32_t status = 0, max_rows = 0;
+        Fields header;
+        const Variant data = fetch(vstrQuery, static_cast<fields::exTypeRs>(Mode), status, header, Opciones,
+                                   oarrParametros, max_rows);
+        if (status < 0) return;
+        LateBound grid(rdbgSource);
+        if (header) {
+            const std::vector<Field> fields = fields_of(header);
+            grid.let(u"Cols", {static_cast<int32_t>(fields.size())});
+            LateBound columns(grid.get(u"Columns"));
+            for (size_t c = 0; c < fields.size(); ++c) {
+                LateBound column(columns.get(u"Item", {static_cast<int32_t>(c)}));
+                column.let(u"Caption", {fields[c]->get_Caption()});
+                column.let(u"Width", {fields[c]->get_ColumnWidth()});
+            }
+        }
+        FillGrid(rdbgSource, data, Separador);
+    });
+}
+
+void ISService::FillGrid(Object rdbgSource, const Variant& vData, const std::u16string& Separador) {
+    resume_next([&] {
+        LateBound grid(rdbgSource);
+        grid.call(u"RemoveAll");
+        grid.let(u"FieldSeparator", {Separador});
+        const automation::Array* cells = matrix_of(vData);
+        if (!cells) return;
+        for (int32_t r = 0; r <= cells->ubound(2); ++r) {
+            std::u16string line;
+            for (int32_t c = 0; c <= cells->ubound(1); ++c) line += (c ? Separador : std::u16string()) + text_of(cells->at(c, r));
+            grid.call(u"AddItem", {line});
+        }
+    });
 }
 
 }  // namespace celdo::services

@@ -4,6 +4,7 @@
 #include "automation/error.hpp"
 #include "automation/format.hpp"
 #include "automation/language.hpp"
+#include "automation/operators.hpp"
 
 namespace celdo::services {
 
@@ -47,6 +48,17 @@ std::vector<Field> fields_of(const Fields& header) {
 Variant shown_for_null(const fields::clsCeldo&) { return Variant(std::u16string()); }
 
 std::u16string text_of(const Variant& value) { return value.is_null() ? std::u16string() : automation::to_string(value); }
+
+Variant element_key(const std::u16string& key) {
+    if (key.empty()) return Variant::missing();
+    if (automation::lang::IsNumeric(Variant(key))) return Variant(u"K" + key);
+    return Variant(key);
+}
+
+bool at_least_zero(const Variant& index) {
+    const automation::Ordering order = automation::compare_to_typed(index, Variant(0));
+    return order == automation::Ordering::Greater || order == automation::Ordering::Equal;
+}
 
 const automation::Array* matrix_of(const Variant& value) {
     if (!value.is_array()) return nullptr;

@@ -43,6 +43,14 @@ automation::Variant shown_for_null(const fields::clsCeldo& field);
 // The text of a value for concatenation, as `&` reads it: Null is the empty text.
 std::u16string text_of(const automation::Variant& value);
 
+// The key of a list item, image-combo item, toolbar button or menu entry: controls reject
+// numeric keys, so "K" goes before one; the empty text is no key (Missing).
+automation::Variant element_key(const std::u16string& key);
+
+// Whether an image index is 0 or more; an index below 0 (or Empty, which reads as 0 and so
+// counts) leaves the element's image unset.
+bool at_least_zero(const automation::Variant& index);
+
 // A data array of two dimensions, or null.
 const automation::Array* matrix_of(const automation::Variant& value);
 

@@ -15,6 +15,7 @@
 #include <set>
 
 #include "automation/convert.hpp"
+#include "automation/enumerator.hpp"
 #include "automation/text.hpp"
 #include "collections/clsCeldos.hpp"
 #include "fields/clsCeldo.hpp"
@@ -31,6 +32,7 @@ using Log = std::shared_ptr<std::vector<std::string>>;
 
 inline std::string render(const Variant& v) {
     if (v.is_missing()) return "Missing";
+    if (v.is_array()) return "Array";
     switch (v.type()) {
         case automation::VarType::Empty: return "Empty";
         case automation::VarType::Null: return "Null";
@@ -78,15 +80,24 @@ public:
         return absent.count(names_.back()) ? std::nullopt : std::optional(static_cast<int32_t>(names_.size()));
     }
     Variant invoke(int32_t member, uint16_t call, std::span<Argument> args) override {
+        if (member == automation::kNewEnumMember && items) return make_ref<automation::SnapshotEnumerator>(*items);
         const std::string name = member == automation::kDefaultMember ? "Value" : names_.at(member - 1);
         const bool let = (call & (automation::kLet | automation::kSet)) != 0;
         std::string key = name;
         for (size_t i = 0; i + let < args.size(); ++i) key += (i ? ", " : "(") + render(args[i].value);
         if (args.size() > let || (!let && call & automation::kMethod)) key += args.size() > let ? ")" : "()";
-        log->push_back(label_ + ": " + (let ? "Let " : call & automation::kMethod ? "Call " : "Get ") + key +
+        const char* kind = call & automation::kSet ? "Set " : let ? "Let " : call & automation::kMethod ? "Call " : "Get ";
+        log->push_back(label_ + ": " + kind + key +
                        (let ? " = " + render(args.back().value) : ""));
         if (auto b = on.find(name); b != on.end()) return b->second(args);
         const auto at = [&] {
+            if (args[0].value.is_string()) {  // by key
+                auto keyed = std::find_if(items->begin(), items->end(), [&](const Variant& v) {
+                    return static_cast<Fake&>(*v.as_object()).props["Key"] == args[0].value;
+                });
+                if (keyed == items->end()) throw automation::AutomationError(35601, u"", u"Element not found");
+                return keyed;
+            }
             const size_t i = static_cast<size_t>(automation::to_long(args[0].value) - base);
             if (i >= items->size()) throw automation::AutomationError(9, u"", u"");
             return items->begin() + static_cast<ptrdiff_t>(i);
@@ -183,6 +194,46 @@ inline Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = 
         return data;
     };
     return ex;
+}
+
+// A form control named `name` on `log`, bound through DataField and DataMember when given.
+inline Ref<Fake> control(const char16_t* type, const std::string& name, const Log& log, const char16_t* field = u"",
+                         const char16_t* member = u"") {
+    auto c = make_ref<Fake>(type, name, log);
+    std::tie(c->props["Name"], c->props["DataField"], c->props["DataMember"]) =
+        std::tuple(Variant(automation::ascii(name)), Variant(field), Variant(member));
+    return c;
+}
+
+// A form whose Controls collection walks `controls`, sharing their log.
+inline Control form(const std::vector<Ref<Fake>>& controls, const Log& log) {
+    auto f = make_ref<Fake>(u"Form", "frm", log);
+    auto& walked = f->kid("Controls", "controls").items.emplace();
+    for (const auto& c : controls) walked.push_back(Variant(Ref<automation::Object>(c)));
+    return f;
+}
+
+// Makes `list` keep its items as a list or combo box does: AddItem, Clear, ListCount,
+// NewIndex, ItemData(i), ListIndex, and Text (also its default member) for the chosen item.
+inline void keeps_items(Fake& list) {
+    struct Items { std::vector<Variant> texts, data; int32_t index = -1; };
+    auto st = std::make_shared<Items>();
+    const auto at = [st](const Argument& a) { return static_cast<size_t>(automation::to_long(a.value)); };
+    list.on["AddItem"] = [st](std::span<Argument> a) { st->texts.push_back(a[0].value), st->data.push_back(0); return Variant(); };
+    list.on["Clear"] = [st](std::span<Argument>) { *st = {}; return Variant(); };
+    list.on["ListCount"] = [st](std::span<Argument>) { return Variant(static_cast<int32_t>(st->texts.size())); };
+    list.on["NewIndex"] = [st](std::span<Argument>) { return Variant(static_cast<int32_t>(st->texts.size()) - 1); };
+    list.on["ItemData"] = [st, at](std::span<Argument> a) {
+        if (a.size() == 2) st->data.at(at(a[0])) = automation::to_long(a[1].value);  // a Long, as a list keeps it
+        return st->data.at(at(a[0]));
+    };
+    list.on["ListIndex"] = [st](std::span<Argument> a) {
+        if (!a.empty()) st->index = automation::to_long(a[0].value);
+        return Variant(st->index);
+    };
+    list.on["Text"] = list.on["Value"] = [st](std::span<Argument>) {
+        return st->index >= 0 ? st->texts.at(static_cast<size_t>(st->index)) : Variant(u"");
+    };
 }
 
 struct Service : ::testing::Test {

@@ -21,10 +21,9 @@ TEST_F(ServiceHelpers, ColoursCustomFormatExAndMembersNotBuilt) {
     other = nullptr;  // releases Ex
     EXPECT_EQ(ex->ref_count(), 2u);
     Control none;
-    Fields row;
-    const auto e = error_of([&] { s.FillForm(none, row, u"Cliente", false); });
+    const auto e = error_of([&] { s.AddRootNode(none, u"k", u"t", {}, {}, u""); });
     EXPECT_EQ(e.number(), 445);
-    EXPECT_NE(e.description().find(u"ISService.FillForm is not available yet"), std::u16string::npos);
+    EXPECT_NE(e.description().find(u"ISService.AddRootNode is not available yet"), std::u16string::npos);
 }
 
 TEST_F(ServiceHelpers, NvlBuildFormatAndMoveSpin) {

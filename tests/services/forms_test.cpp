@@ -1,0 +1,313 @@
+// Whole forms: binding, each control family written and read back, the repaint table, and the
+// transfers between list views and data grids.
+#include "automation/language.hpp"
+#include "tests/services/doubles.hpp"
+
+namespace celdo::services {
+namespace {
+
+using namespace testing;
+using ServiceForms = Service;
+
+const Variant kAlta = automation::Date{45360};  // 9 March 2024
+
+// A customer row: Pais is a number chosen from a value list of two columns.
+Fields customer() {
+    Fields row = header({{u"Nombre", exText, u"", u"Ana"}, {u"Edad", exLong, u"", 30}, {u"Activo", exBoolean, u"", true},
+                         {u"Alta", exDate, u"", kAlta}, {u"Baja", exDate}, {u"Pais", exLong, u"", 2}, {u"Nota", exText},
+                         {u"Foto", exText}});
+    Variant key(u"Nombre");
+    row->get_Item(key)->let_Size(40);
+    row->get_Item(key)->let_Caption(u"Nombre del cliente");
+    key = u"Pais";
+    row->get_Item(key)->let_RowSource(u"1;Uno;2;Dos");
+    row->get_Item(key)->let_ColumnCount(2);
+    key = u"Foto";
+    row->get_Item(key)->let_RowSource(u"c:\\foto.bmp");
+    return row;
+}
+
+Variant value_of(const Fields& row, const char16_t* name) {
+    Variant key(name);
+    return row->get_Item(key)->get_Value();
+}
+
+// What was done to a control, without its label and without reads: "Let Text = "Ana"; ...".
+std::string writes(const Fake& c, const std::string& label) {
+    std::string out;
+    for (const std::string& line : *c.log) {
+        if (line.rfind(label + ": ", 0) != 0 || line.find(": Get ") != std::string::npos) continue;
+        out += (out.empty() ? "" : "; ") + line.substr(label.size() + 2);
+    }
+    return out;
+}
+
+// An option set whose buttons carry these option values.
+Ref<Fake> option_set(const std::string& name, const Log& log, std::vector<Variant> values) {
+    auto set = control(u"SSDBOptSet", name, log);
+    auto& buttons = set->kid("Buttons", "buttons").items.emplace();
+    for (size_t i = 0; i < values.size(); ++i) {
+        auto button = make_ref<Fake>(u"Object", "b" + std::to_string(i), log);
+        button->props["OptionValue"] = values[i];
+        buttons.push_back(Variant(Ref<automation::Object>(button)));
+    }
+    set->kid("Buttons").base = 0;
+    return set;
+}
+
+TEST_F(ServiceForms, FillFormWritesEachFamily) {
+    const std::tuple<const char16_t*, const char*, const char16_t*, std::string> cases[] = {
+        // type, name, data field: what the control receives
+        {u"Label", "lblNombre", u"", R"(Let Caption = "Nombre del cliente")"},
+        {u"TextBox", "txtNombre", u"", R"(Let ForeColor = 8735488; Let MaxLength = 40; Let Text = "Ana")"},
+        {u"MaskEdBox", "mskEdad", u"", R"(Let ForeColor = 8735488; Let MaxLength = 0; Let Text = "30")"},
+        {u"txtFnd", "txtFndPais", u"Pais", R"(Let ForeColor = 8735488; Let MaxLength = 0; Let Text = "2"; Let Title = "Dos")"},
+        {u"RichTextBox", "rtfNota", u"", R"(Let TextRTF = "")"},
+        {u"CheckBox", "chkActivo", u"", "Let ForeColor = 8735488; Let Value = 1"},
+        {u"DTPicker", "dtpAlta", u"", R"(Let CalendarForeColor = 8735488; Let Value = "3/9/2024")"},
+        {u"dtp", "dtpBaja", u"", ""},  // no value: the picker keeps its own
+        {u"Image", "imgFoto", u"", R"(Set Picture = "picture of c:\foto.bmp")"},
+        {u"CommandButton", "cmdNombre", u"", ""},  // not a bound control
+    };
+    s.use_pictures([](const std::u16string& file) { return Variant(u"picture of " + file); });
+    const Log log = std::make_shared<std::vector<std::string>>();
+    std::vector<Ref<Fake>> controls;
+    for (const auto& [type, name, field, expected] : cases) controls.push_back(control(type, name, log, field));
+    controls.push_back(option_set("optPais", log, {1, 2, 2}));
+    Control frm = form(controls, log);
+    Fields row = customer();
+    s.FillForm(frm, row, u"", false);
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        const char* name = std::get<1>(cases[i]);
+        EXPECT_EQ(writes(*controls[i], name), std::get<3>(cases[i])) << name;
+    }
+    EXPECT_EQ(writes(fake(frm), "b0") + writes(fake(frm), "b1") + writes(fake(frm), "b2"),
+              "Let Value = FalseLet Value = TrueLet Value = True");
+}
+
+TEST_F(ServiceForms, ListsAndImageCombosAreFilledFromTheRowSourceThenSelected) {
+    const Log log = std::make_shared<std::vector<std::string>>();
+    auto list = control(u"ComboBox", "cboPais", log), plain = control(u"ListBox", "lstNombre", log);
+    keeps_items(*list);
+    keeps_items(*plain);
+    for (const char16_t* text : {u"Luis", u"ana"}) automation::call(*plain, u"AddItem", {text});
+    auto combo = control(u"icbo", "icbPais", log);
+    combo->kid("ComboItems", "items").items.emplace();
+    Control frm = form({list, plain, combo}, log);
+    Fields row = customer();
+    s.FillForm(frm, row, u"", false);
+    // Items with identifiers are chosen by ItemData, plain ones by their text.
+    EXPECT_EQ(std::tuple(render(automation::get(*list, u"ListCount")), render(automation::get(*list, u"ListIndex")), render(automation::get(*list, u"Text"))),
+              std::tuple(std::string("2"), std::string("1"), std::string("\"Dos\"")));
+    EXPECT_EQ(render(automation::get(*plain, u"Text")), "\"ana\"");
+    EXPECT_EQ(shown(combo, "ComboItems"), "K1: Uno; K2: Dos; K: {Ninguno}");
+    EXPECT_EQ(writes(*combo, "icbPais"), R"(Let ForeColor = 8735488; Let Caption = "Pais"; Call Refresh())");
+    EXPECT_EQ(fake(frm).lines("Selected"), "item1: Let Selected = True; item2: Let Selected = True");
+    // A value that no item stands for leaves nothing selected; a required field offers no "{Ninguno}".
+    Variant key(u"Pais");
+    row->get_Item(key)->let_Value(7);
+    row->get_Item(key)->let_Required(true);
+    combo->kid("ComboItems").items->clear();
+    s.FillForm(frm, row, u"", false);
+    EXPECT_EQ(shown(combo, "ComboItems"), "K1: Uno; K2: Dos");
+    EXPECT_EQ(render(combo->props["SelectedItem"]), "Nothing");
+}
+
+TEST_F(ServiceForms, BindingByDataFieldNameGroupAndRefresh) {
+    const std::tuple<const char16_t*, const char*, const char16_t*, const char16_t*, bool> cases[] = {
+        // type, name, data field, data member: bound to the group "Cliente"
+        {u"TextBox", "txtNombre", u"", u"Cliente", true},   {u"TextBox", "xyzNombre", u"", u"Cliente", true},
+        {u"TextBox", "txtFoo", u"Edad", u"Cliente", true},  {u"TextBox", "txtNombre", u"", u"cliente", false},
+        {u"TextBox", "txt", u"", u"Cliente", false},        {u"TextBox", "txtXyz", u"", u"Cliente", false},
+        {u"txtFnd", "txtFndNombre", u"", u"Cliente", false}, {u"Frame", "fraNombre", u"", u"Cliente", false},
+    };
+    const auto own = [] { return std::make_shared<std::vector<std::string>>(); };
+    std::vector<Ref<Fake>> controls;
+    for (const auto& [type, name, field, member, bound] : cases) controls.push_back(control(type, name, own(), field, member));
+    controls.push_back(control(u"TextBox", "txtParentless", own(), u"Nombre", u"Cliente"));
+    controls.back()->absent.insert("Parent");
+    const Log log = own();
+    Control frm = form(controls, log);
+    Fields row = customer();
+    s.FillForm(frm, row, u"Cliente", false);
+    for (size_t i = 0; i < controls.size(); ++i) {
+        const bool bound = i < std::size(cases) && std::get<4>(cases[i]);
+        EXPECT_EQ(controls[i]->count("Let Text"), bound) << i;
+    }
+    // A refresh rewrites only the fields changed since they were last taken as saved.
+    row->Updated();
+    Variant key(u"Edad");
+    row->get_Item(key)->let_Value(31);
+    s.FillForm(frm, row, u"Cliente", true);
+    std::string rewritten;
+    for (const auto& c : controls) rewritten += std::to_string(c->count("Let Text"));
+    EXPECT_EQ(rewritten, "112000000");
+    EXPECT_EQ(controls[2]->lines("Let Text"), R"(txtFoo: Let Text = "30"; txtFoo: Let Text = "31")");
+    // An empty row writes nothing and does not even look at the form.
+    log->clear();
+    Fields none = header({});
+    s.FillForm(frm, none, u"Cliente", false);
+    EXPECT_TRUE(log->empty());
+}
+
+TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast) {
+    const Log log = std::make_shared<std::vector<std::string>>();
+    auto text = control(u"TextBox", "txtNombre", log), masked = control(u"MaskEdBox", "mskEdad", log),
+         check = control(u"CheckBox", "chkActivo", log), picker = control(u"DTPicker", "dtpAlta", log),
+         list = control(u"ListBox", "lstPais", log), label = control(u"Label", "lblNota", log);
+    text->props["Text"] = u"Luis";
+    std::tie(masked->props["Text"], masked->props["ClipText"]) = std::tuple(Variant(u"4-5"), Variant(u"45"));
+    check->props["Value"] = 0;
+    picker->props["Value"] = kAlta;
+    keeps_items(*list);
+    automation::call(*list, u"AddItem", {u"Uno"});
+    automation::let(*list, u"ItemData", {0, 1});
+    automation::let(*list, u"ListIndex", {0});
+    Control frm = form({text, masked, check, picker, list, label}, log);
+    Fields row = customer();
+    s.FillCeldosForm(frm, row, u"");
+    EXPECT_EQ(render(value_of(row, u"Nombre")) + render(value_of(row, u"Edad")) + render(value_of(row, u"Activo")) +
+                  render(value_of(row, u"Pais")) + render(value_of(row, u"Nota")),
+              "\"Luis\"45False1Empty");  // a label is not read
+    EXPECT_EQ(render(value_of(row, u"Alta")), "\"3/9/2024\"");
+
+    // A value the field refuses reaches the caller as the field's own error, after the rest.
+    masked->props["ClipText"] = u"abc";
+    text->props["Text"] = u"Eva";
+    automation::let(*list, u"ListIndex", {-1});  // no choice among identifiers: the field's default
+    Variant key(u"Pais");
+    row->get_Item(key)->let_DefaultValue(9);
+    auto probe = make_ref<clsCeldo>();
+    probe->let_Name(u"Edad");
+    probe->let_DataType(exLong);
+    const auto expected = error_of([&] { probe->let_Value(u"abc"); });
+    const auto raised = error_of([&] { s.FillCeldosForm(frm, row, u""); });
+    EXPECT_EQ(std::tuple(raised.number(), raised.description()), std::tuple(expected.number(), expected.description()));
+    EXPECT_EQ(render(value_of(row, u"Nombre")) + render(value_of(row, u"Edad")) + render(value_of(row, u"Pais")), "\"Eva\"459");
+}
+
+TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
+    const Log log = std::make_shared<std::vector<std::string>>();
+    auto combo = control(u"ImageCombo", "icbPais", log);
+    auto options = option_set("optEdad", log, {18, 30, 65});
+    Control frm = form({combo, options}, log);
+    const std::tuple<const char16_t*, const char16_t*, int, std::string> cases[] = {
+        // selected key and text, chosen option: Pais, its Description, Edad
+        {u"K1", u"Uno", 2, "\"1\" Uno 65"}, {u"K", u"{Ninguno}", 0, "\"5\"  18"},
+        {u"Z9", u"Zeta", -1, "\"Z9\" Zeta 3"},  // a key of the host's own is the value; no option is the default
+        {nullptr, nullptr, -1, "\"5\"  3"},        // nothing selected: the default
+    };
+    for (const auto& [key, text, chosen, expected] : cases) {
+        auto item = make_ref<Fake>(u"Object", "item", log);
+        std::tie(item->props["Key"], item->props["Text"]) = std::tuple(Variant(key ? key : u""), Variant(text ? text : u""));
+        combo->props["SelectedItem"] = key ? Variant(Ref<automation::Object>(item)) : Variant::nothing();
+        for (int i = 0; i < 3; ++i) fake(options->kid("Buttons").items->at(i).object()).props["Value"] = i == chosen;
+        Fields row = customer();
+        Variant name(u"Pais");
+        row->get_Item(name)->let_DataType(exText);
+        row->get_Item(name)->let_DefaultValue(5);
+        name = u"Edad";
+        row->get_Item(name)->let_DefaultValue(3);
+        s.FillCeldosForm(frm, row, u"");
+        name = u"Pais";
+        EXPECT_EQ(render(value_of(row, u"Pais")) + " " + automation::utf16_to_utf8(row->get_Item(name)->get_Description()) +
+                      " " + render(value_of(row, u"Edad")),
+                  expected);
+    }
+}
+
+TEST_F(ServiceForms, PaintFormKeepsDesignersColours) {
+    constexpr int32_t face = static_cast<int32_t>(0x8000000F), text = static_cast<int32_t>(0x80000012);
+    const std::tuple<const char16_t*, int32_t, int32_t, int, std::string> cases[] = {
+        // type, BackColor, ForeColor, BackStyle: what is set
+        {u"TextBox", face, 0, 1, "Let BackColor = 16767692; Let ForeColor = 8735488"},
+        {u"MaskEdBox", 255, 0, 1, ""},
+        {u"Label", face, text, 0, "Let BackStyle = 0; Let ForeColor = 8735488"},
+        {u"Label", face, 0, 1, "Let BackStyle = 0; Let ForeColor = 8735488"},
+        {u"Label", face, 0, 0, ""}, {u"Label", 255, text, 1, ""},
+        {u"CommandButton", face, 0, 1, "Let BackColor = 16767692; Let MaskColor = 16767692"},
+        {u"Frame", face, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},
+        {u"SSTab", face, 0, 1, "Let BackColor = 255"}, {u"SSTab", 0, 0, 1, ""},
+        {u"OptionButton", 0, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},
+        {u"CheckBox", 0, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},
+        {u"MSFlexGrid", 0, 0, 1, "Let BackColorBkg = 16777215"}, {u"MSHFlexGrid", 0, 0, 1, "Let BackColorBkg = 16777215"},
+        {u"ImageCombo", face, 0, 1, ""}, {u"SSDBOptSet", face, 0, 1, ""},
+    };
+    s.let_BackColor(255);
+    const Log log = std::make_shared<std::vector<std::string>>();
+    std::vector<Ref<Fake>> controls;
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        const auto& [type, back, fore, style, expected] = cases[i];
+        controls.push_back(control(type, "c" + std::to_string(i), log));
+        std::tie(controls[i]->props["BackColor"], controls[i]->props["ForeColor"], controls[i]->props["BackStyle"]) =
+            std::tuple(Variant(back), Variant(fore), Variant(style));
+    }
+    Control frm = form(controls, log);
+    s.PaintForm(frm);
+    EXPECT_EQ(writes(fake(frm), "frm"), "Let BackColor = 255; Let ForeColor = 8735488");
+    for (size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(writes(*controls[i], "c" + std::to_string(i)), std::get<4>(cases[i])) << i;
+    // The first control that lacks a member ends the painting, quietly.
+    log->clear();
+    controls[0]->on["BackColor"] = refuse;
+    s.PaintForm(frm);
+    EXPECT_EQ(fake(frm).count("Let"), 2);
+}
+
+TEST_F(ServiceForms, EntriesMoveBetweenListViewsAndDataGrids) {
+    Control source = list_view(3), target = list_view(3);
+    s.AddListItem(source, u"7", 1, 1, u"a!b!c", u"!", u"t");
+    Variant first = fake(source).kid("ListItems").items->front();
+    Control moved = first.object();
+    fake(moved).props["Index"] = 1;
+    s.SawpListView(moved, source, target, u"#");
+    EXPECT_EQ(shown(target, "ListItems"), "K7: a|b|c");
+    EXPECT_TRUE(fake(source).kid("ListItems").items->empty());
+
+    auto grid = make_ref<Fake>(u"SSDBGrid", "grid");
+    first = fake(target).kid("ListItems").items->front();
+    moved = first.object();
+    fake(moved).props["Index"] = 1;
+    s.SawpListViewGrid(moved, target, grid, u";");
+    EXPECT_EQ(grid->lines("grid"), R"(grid: Let FieldSeparator = ";"; grid: Call AddItem("a;b;c"))");
+
+    Fake& columns = grid->kid("Columns", "cols");
+    columns.items.emplace();
+    columns.base = 0;
+    for (const char16_t* cell : {u"x", u"y", u"z"}) fake(columns.items->emplace_back(collection({})).object()).props["Value"] = cell;
+    int16_t row = 4;
+    grid->log->clear();
+    s.SawpGridListView(row, grid, target, u"!");
+    EXPECT_EQ(shown(target, "ListItems"), "x|y|z");
+    EXPECT_EQ(grid->lines("grid: "), "grid: Let Row = 4; grid: Get Columns; grid: Call RemoveItem(4)");
+
+    grid->log->clear();
+    s.FillGrid(grid, matrix({{1, u"a"}, {2, Variant::null()}}), u"!");
+    EXPECT_EQ(grid->lines("grid: "), R"(grid: Call RemoveAll(); grid: Let FieldSeparator = "!"; grid: Call AddItem("1!a"); )"
+                                     R"(grid: Call AddItem("2!"))");
+}
+
+TEST_F(ServiceForms, ExecFillGridLaysColumnsOutFromTheHeader) {
+    const std::tuple<Fields, int32_t, std::string> cases[] = {
+        {header({{u"Id", exLong}, {u"Name", exText}}), 0,
+         R"(grid: Let Cols = 2; grid: Get Columns; cols: Get Item(0); c0: Let Caption = "Id"; c0: Let Width = 1680; )"
+         R"(cols: Get Item(1); c1: Let Caption = "Name"; c1: Let Width = 0; grid: Call RemoveAll(); )"
+         R"(grid: Let FieldSeparator = "!"; grid: Call AddItem("1!a"))"},
+        {{}, 0, R"(grid: Call RemoveAll(); grid: Let FieldSeparator = "!"; grid: Call AddItem("1!a"))"},
+        {header({{u"Id", exLong}}), -1, ""},
+    };
+    for (const auto& [fields, status, expected] : cases) {
+        auto grid = make_ref<Fake>(u"SSDBGrid", "grid");
+        Fake& columns = grid->kid("Columns", "cols");
+        columns.base = 0;
+        columns.items.emplace();
+        for (int i = 0; i < 2; ++i) columns.items->push_back(make_ref<Fake>(u"Object", "c" + std::to_string(i), grid->log));
+        s.set_Ex(data_access(true, matrix({{1, u"a"}}), fields, status));
+        Fields parameters;
+        s.ExecFillGrid(grid, u"Select", 0, 0, u"!", parameters);
+        EXPECT_EQ(grid->lines(), expected);
+    }
+}
+
+}  // namespace
+}  // namespace celdo::services
