@@ -190,11 +190,11 @@ svc.FindItemData 20, probe.Disguise(x, "ComboBox")
 CheckError 380, "", "", "a helper passes on the control's error"
 svc.DBGridColumnHeaders probe.Disguise(New DataGridDouble, "DataGrid"), New CaptionsDouble
 CheckError 9, "", "", "DBGridColumnHeaders passes on the collection's error 9"
-svc.FillForm Nothing, Nothing, "Cliente"
+svc.FillTreeView Nothing, Empty
 text = Err.Description
 CheckError 445, "", "", "a member not built yet is refused"
 On Error GoTo 0
-Check InStr(text, "ISService.FillForm is not available yet") > 0, "saying which"
+Check InStr(text, "ISService.FillTreeView is not available yet") > 0, "saying which"
 
 Set da = New DataAccessDouble
 da.HayConexion = True
