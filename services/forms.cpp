@@ -201,7 +201,7 @@ void ISService::fill_control(Bound& bound, const Fields& row) {
 // The items come from the field's row source, keyed by its first column. A field that may be
 // left without a value (not Required) is offered "{Ninguno}" first, keyed as the empty value.
 // When no item stands for the value, none is shown selected, so that reading the form back
-// cannot turn an untouched field into the first item's value.
+// leaves the field as it is rather than giving it the first item's value.
 void ISService::fill_image_combo(Bound& bound, const Fields& row, const Variant& value) {
     LateBound& c = bound.control;
     fields::clsCeldo& field = *bound.field;
@@ -248,19 +248,27 @@ void ISService::FillCeldosForm(Object& rfrm, Fields& objCeldos, const std::u16st
     if (refused) throw *refused;
 }
 
+// Nothing read (nullopt) leaves the field as it is: a control on which nothing is chosen says
+// nothing about the value, and may stand for a value its items do not offer.
 std::optional<Variant> ISService::read_control(Bound& bound, std::optional<std::u16string>& description) {
     LateBound& c = bound.control;
     const fields::clsCeldo& field = *bound.field;
+    // What chosing "no value" gives: the field's default, or Null. Empty would reset the field
+    // as new, losing that the user cleared it.
+    const auto no_value = [&] {
+        const Variant fallback = field.get_DefaultValue();
+        return fallback.is_empty() ? Variant::null() : fallback;
+    };
     switch (bound.family) {
         case Family::TextBox: return c.get(u"Text");
         case Family::MaskedBox: return c.get(u"ClipText");
         case Family::RichText: return c.get(u"TextRTF");
         case Family::List: {
             // Without identifiers the text is read: the chosen item's, or what was typed into an
-            // editable combo. With them, no choice is no value.
+            // editable combo.
             if (!carries_item_data(c)) return c.get(u"Text");
             const Variant index = c.get(u"ListIndex");
-            if (automation::to_long(index) < 0) return field.get_DefaultValue();
+            if (automation::to_long(index) < 0) return std::nullopt;
             return c.get(u"ItemData", {index});
         }
         case Family::CheckBox:
@@ -268,14 +276,13 @@ std::optional<Variant> ISService::read_control(Bound& bound, std::optional<std::
             return c.get(u"Value");
         case Family::ImageCombo: {
             const Variant selected = c.get(u"SelectedItem");
-            description = std::u16string();
-            if (!selected.is_object() || !selected.as_object()) return field.get_DefaultValue();
+            if (!selected.is_object() || !selected.as_object()) return std::nullopt;
             LateBound item(selected);
             const std::u16string text = text_of(item.get(u"Text"));
             const std::u16string value = value_of_key(text_of(item.get(u"Key")));
-            if (text == kNone || value.empty()) return field.get_DefaultValue();
-            description = text;
-            return Variant(value);
+            const bool none = text == kNone || value.empty();
+            description = none ? std::u16string() : text;
+            return none ? no_value() : Variant(value);
         }
         case Family::OptionSet: {
             LateBound buttons(c.get(u"Buttons"));
@@ -284,7 +291,7 @@ std::optional<Variant> ISService::read_control(Bound& bound, std::optional<std::
                 LateBound button(buttons.get(u"Item", {i}));
                 if (automation::to_bool(button.get(u"Value"))) return button.get(u"OptionValue");
             }
-            return field.get_DefaultValue();
+            return std::nullopt;
         }
         case Family::Label:
         case Family::Picture:

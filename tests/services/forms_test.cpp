@@ -64,6 +64,7 @@ TEST_F(ServiceForms, FillFormWritesEachFamily) {
         {u"txtFnd", "txtFndPais", u"Pais", R"(Let ForeColor = 8735488; Let MaxLength = 0; Let Text = "2"; Let Title = "Dos")"},
         {u"RichTextBox", "rtfNota", u"", R"(Let TextRTF = "")"},
         {u"CheckBox", "chkActivo", u"", "Let ForeColor = 8735488; Let Value = 1"},
+        {u"CheckBox", "chkX", u"Baja", "Let ForeColor = 8735488; Let Value = 0"},
         {u"DTPicker", "dtpAlta", u"", R"(Let CalendarForeColor = 8735488; Let Value = "3/9/2024")"},
         {u"dtp", "dtpBaja", u"", ""},  // no value: the picker keeps its own
         {u"Image", "imgFoto", u"", R"(Set Picture = "picture of c:\foto.bmp")"},
@@ -143,11 +144,14 @@ TEST_F(ServiceForms, BindingByDataFieldNameGroupAndRefresh) {
     for (const auto& c : controls) rewritten += std::to_string(c->count("Let Text"));
     EXPECT_EQ(rewritten, "112000000");
     EXPECT_EQ(controls[2]->lines("Let Text"), R"(txtFoo: Let Text = "30"; txtFoo: Let Text = "31")");
-    // An empty row writes nothing and does not even look at the form.
+    // An empty row writes nothing and does not even look at the form; a row of one field does.
     log->clear();
     Fields none = header({});
     s.FillForm(frm, none, u"Cliente", false);
     EXPECT_TRUE(log->empty());
+    Fields one = header({{u"Edad", exLong, u"", 5}});
+    s.FillForm(frm, one, u"Cliente", false);
+    EXPECT_EQ(controls[2]->count("Let Text = \"5\""), 1);
 }
 
 TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast) {
@@ -174,16 +178,14 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     // A value the field refuses reaches the caller as the field's own error, after the rest.
     masked->props["ClipText"] = u"abc";
     text->props["Text"] = u"Eva";
-    automation::let(*list, u"ListIndex", {-1});  // no choice among identifiers: the field's default
-    Variant key(u"Pais");
-    row->get_Item(key)->let_DefaultValue(9);
+    automation::let(*list, u"ListIndex", {-1});  // nothing chosen among identifiers: the field keeps its value
     auto probe = make_ref<clsCeldo>();
     probe->let_Name(u"Edad");
     probe->let_DataType(exLong);
     const auto expected = error_of([&] { probe->let_Value(u"abc"); });
     const auto raised = error_of([&] { s.FillCeldosForm(frm, row, u""); });
     EXPECT_EQ(std::tuple(raised.number(), raised.description()), std::tuple(expected.number(), expected.description()));
-    EXPECT_EQ(render(value_of(row, u"Nombre")) + render(value_of(row, u"Edad")) + render(value_of(row, u"Pais")), "\"Eva\"459");
+    EXPECT_EQ(render(value_of(row, u"Nombre")) + render(value_of(row, u"Edad")) + render(value_of(row, u"Pais")), "\"Eva\"451");
 }
 
 TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
@@ -192,10 +194,12 @@ TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
     auto options = option_set("optEdad", log, {18, 30, 65});
     Control frm = form({combo, options}, log);
     const std::tuple<const char16_t*, const char16_t*, int, std::string> cases[] = {
-        // selected key and text, chosen option: Pais, its Description, Edad
-        {u"K1", u"Uno", 2, "\"1\" Uno 65"}, {u"K", u"{Ninguno}", 0, "\"5\"  18"},
-        {u"Z9", u"Zeta", -1, "\"Z9\" Zeta 3"},  // a key of the host's own is the value; no option is the default
-        {nullptr, nullptr, -1, "\"5\"  3"},        // nothing selected: the default
+        // selected key and text, chosen option: Pais, its Description, Edad, Pais changed
+        {u"K1", u"Uno", 2, "\"1\" Uno 65 1"},
+        {u"K", u"{Ninguno}", 0, "\"5\"  18 1"},  // no value: the field's default
+        {u"K", u"Nada", -1, "\"\"  30 1"},       // the empty key is no value too: Null, a change kept
+        {u"Z9", u"Zeta", -1, "\"Z9\" Zeta 30 1"},  // a key of the host's own is the value
+        {nullptr, nullptr, -1, "2  30 0"},      // nothing chosen: the fields keep their values
     };
     for (const auto& [key, text, chosen, expected] : cases) {
         auto item = make_ref<Fake>(u"Object", "item", log);
@@ -205,13 +209,11 @@ TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
         Fields row = customer();
         Variant name(u"Pais");
         row->get_Item(name)->let_DataType(exText);
-        row->get_Item(name)->let_DefaultValue(5);
-        name = u"Edad";
-        row->get_Item(name)->let_DefaultValue(3);
+        if (!text || std::u16string_view(text) != u"Nada") row->get_Item(name)->let_DefaultValue(5);
         s.FillCeldosForm(frm, row, u"");
         name = u"Pais";
         EXPECT_EQ(render(value_of(row, u"Pais")) + " " + automation::utf16_to_utf8(row->get_Item(name)->get_Description()) +
-                      " " + render(value_of(row, u"Edad")),
+                      " " + render(value_of(row, u"Edad")) + " " + std::to_string(row->get_Item(name)->get_Updated()),
                   expected);
     }
 }
@@ -226,7 +228,7 @@ TEST_F(ServiceForms, PaintFormKeepsDesignersColours) {
         {u"Label", face, 0, 1, "Let BackStyle = 0; Let ForeColor = 8735488"},
         {u"Label", face, 0, 0, ""}, {u"Label", 255, text, 1, ""},
         {u"CommandButton", face, 0, 1, "Let BackColor = 16767692; Let MaskColor = 16767692"},
-        {u"Frame", face, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},
+        {u"Frame", face, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"}, {u"Frame", 0, 0, 1, ""},
         {u"SSTab", face, 0, 1, "Let BackColor = 255"}, {u"SSTab", 0, 0, 1, ""},
         {u"OptionButton", 0, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},
         {u"CheckBox", 0, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},

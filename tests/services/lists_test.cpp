@@ -126,7 +126,7 @@ TEST_F(ServiceLists, FindRowSourceGivesTheTextOfTheValuesRow) {
     auto ex = make_ref<Fake>(u"DataAccess", "ex");
     ex->kid("Evaluador", "eval").on["ReplaceExpresion"] = [](std::span<Argument> a) { return Variant(a[0].value.as_string() + u"!"); };
     ex->on["GetArray"] = [](std::span<Argument> a) {
-        EXPECT_EQ(a[0].value, Variant(u"Select Id, Name From T!"));
+        EXPECT_EQ(render(a[0].value) + render(a[1].value) + render(a[2].value), "\"Select Id, Name From T!\"52730");
         return matrix({{1.0, u"Uno", u"One"}, {u"b", u"Bee", u""}});
     };
     s.set_Ex(ex);
