@@ -11,6 +11,8 @@
 ' On Windows the host passes its real form. Here the form and its controls are script doubles
 ' that the test probe dresses in a control's type name ("TextBox", "ComboBox"...): under Wine a
 ' script class reports its type as "Object", and the service binds controls by their type.
+' The doubles are shared with the tests:
+' include: doubles/controls.vbs
 
 Const W1 = 14
 Const W2 = 14
@@ -30,234 +32,7 @@ Function Colour(value)
     If Not IsEmpty(value) Then Colour = "&H" & Hex(value)
 End Function
 
-' ---- The form's controls, as the service reaches them ---------------------------------------
-
-' Text boxes, masked edit boxes, labels, check boxes and date pickers. The mask has no literals,
-' so a masked box's ClipText is its text as typed.
-Class ControlDouble
-    Public Name
-    Public Parent
-    Public DataField
-    Public DataMember
-    Public MaxLength
-    Public ForeColor
-    Public BackColor
-    Public BackStyle
-    Public Appearance
-    Public Caption
-    Public Value
-    Public CalendarForeColor
-    Private text_
-    Public Property Get Text()
-        Text = text_
-    End Property
-    Public Property Let Text(v)
-        text_ = v
-    End Property
-    Public Property Get ClipText()
-        ClipText = text_
-    End Property
-End Class
-
-' A list or combo box that keeps its items and their ItemData.
-Class ListDouble
-    Public Name
-    Public Parent
-    Public DataField
-    Public DataMember
-    Public ForeColor
-    Public ListIndex
-    Public NewIndex
-    Private texts_
-    Private data_
-    Private Sub Class_Initialize()
-        Set texts_ = CreateObject("Scripting.Dictionary")
-        Set data_ = CreateObject("Scripting.Dictionary")
-        ListIndex = -1
-    End Sub
-    Public Sub Clear()
-        texts_.RemoveAll
-        data_.RemoveAll
-        ListIndex = -1
-    End Sub
-    Public Sub AddItem(item)
-        NewIndex = texts_.Count
-        texts_(NewIndex) = item
-        data_(NewIndex) = 0
-    End Sub
-    Public Property Get ListCount()
-        ListCount = texts_.Count
-    End Property
-    Public Property Get ItemData(i)
-        ItemData = data_(i)
-    End Property
-    Public Property Let ItemData(i, v)
-        data_(i) = CLng(v)
-    End Property
-    Public Default Property Get Text()
-        Text = ""
-        If ListIndex >= 0 Then Text = texts_(ListIndex)
-    End Property
-    Public Function Listing()
-        Dim i
-        For i = 0 To texts_.Count - 1
-            Listing = Listing & texts_(i) & "/" & data_(i) & "  "
-        Next
-    End Function
-End Class
-
-' An image combo's item, a list view's item or one of its column headers. Selecting an item
-' makes it its combo's SelectedItem, as the control does.
-Class ElementDouble
-    Public Owner
-    Public Key
-    Public Text
-    Public Tag
-    Public Icon
-    Public SmallIcon
-    Public Width
-    Public Alignment
-    Private selected_
-    Private subs_
-    Private Sub Class_Initialize()
-        Set subs_ = CreateObject("Scripting.Dictionary")
-        selected_ = False
-    End Sub
-    Public Property Get Selected()
-        Selected = selected_
-    End Property
-    Public Property Let Selected(v)
-        If CBool(v) Then Owner.Choose Me Else selected_ = False
-    End Property
-    Public Sub Mark(v)
-        selected_ = v
-    End Sub
-    Public Property Get SubItems(i)
-        SubItems = subs_(CStr(i))
-    End Property
-    Public Property Let SubItems(i, v)
-        subs_(CStr(i)) = v
-    End Property
-End Class
-
-' Items, list items or column headers. Added with (Index, Key, Text[, Width, Alignment]): the
-' probe fills in what a call leaves out. Found by position from 1, or by key (error 35601).
-Class ElementsDouble
-    Public Combo
-    Private items_
-    Private Sub Class_Initialize()
-        Set items_ = CreateObject("Scripting.Dictionary")
-    End Sub
-    Public Property Get Count()
-        Count = items_.Count
-    End Property
-    Public Sub Clear()
-        items_.RemoveAll
-    End Sub
-    Public Function Add(Index, Key, Text, Width, Alignment)
-        Dim e, k, at, placed
-        Set e = New ElementDouble
-        Set e.Owner = Me
-        If VarType(Key) <> vbError Then e.Key = Key
-        e.Text = Text
-        e.Width = Width
-        e.Alignment = Alignment
-        ' At Index when it is given, the items from there on moving down one.
-        at = items_.Count
-        If VarType(Index) <> vbError Then at = Index - 1
-        Set placed = CreateObject("Scripting.Dictionary")
-        For k = 0 To items_.Count - 1
-            If k = at Then placed.Add placed.Count, e
-            placed.Add placed.Count, items_.Item(k)
-        Next
-        If at >= items_.Count Then placed.Add placed.Count, e
-        Set items_ = placed
-        Set Add = e
-    End Function
-    Public Property Get Item(i)
-        Dim k
-        If VarType(i) = vbString Then
-            For k = 0 To items_.Count - 1
-                If items_.Item(k).Key = i Then Set Item = items_.Item(k)
-            Next
-            If IsEmpty(Item) Then Err.Raise 35601, "Elements", "Element not found"
-        Else
-            Set Item = items_.Item(i - 1)
-        End If
-    End Property
-    Public Sub Choose(chosen)
-        If IsObject(Combo) Then Set Combo.SelectedItem = chosen Else chosen.Mark True
-    End Sub
-    Public Sub MarkOnly(chosen)
-        Dim k
-        For k = 0 To items_.Count - 1
-            items_.Item(k).Mark (items_.Item(k) Is chosen)
-        Next
-    End Sub
-    ' "Key:Text" of each item, the selected one starred.
-    Public Function Listing()
-        Dim k
-        For k = 0 To items_.Count - 1
-            Listing = Listing & items_.Item(k).Key & ":" & items_.Item(k).Text
-            If items_.Item(k).Selected Then Listing = Listing & "*"
-            Listing = Listing & "  "
-        Next
-    End Function
-End Class
-
-Class ImageComboDouble
-    Public Name
-    Public Parent
-    Public DataField
-    Public DataMember
-    Public ForeColor
-    Public ComboItems
-    Private selected_
-    Private Sub Class_Initialize()
-        Set ComboItems = New ElementsDouble
-        Set ComboItems.Combo = Me
-        Set selected_ = Nothing
-    End Sub
-    Public Property Get SelectedItem()
-        Set SelectedItem = selected_
-    End Property
-    Public Property Set SelectedItem(item)
-        Set selected_ = item
-        ComboItems.MarkOnly item
-    End Property
-    Public Sub Refresh()
-    End Sub
-End Class
-
-' A form whose Controls are the keys of a dictionary (the names its items): walked through
-' the dictionary's own enumerator, as For Each walks a real form's Controls.
-Class FormDouble
-    Public BackColor
-    Public ForeColor
-    Public Controls
-    Private Sub Class_Initialize()
-        Set Controls = CreateObject("Scripting.Dictionary")
-    End Sub
-    Public Function Place(raw, typeName, name)
-        raw.Name = name
-        raw.DataMember = "Cliente"
-        Set Place = probe.Disguise(raw, typeName)
-        Controls.Add Place, name
-    End Function
-End Class
-
-' ---- A list view and a flex grid -------------------------------------------------------------
-
-Class ListViewDouble
-    Public Width
-    Public ListItems
-    Public ColumnHeaders
-    Private Sub Class_Initialize()
-        Width = 6330
-        Set ListItems = New ElementsDouble
-        Set ColumnHeaders = New ElementsDouble
-    End Sub
-End Class
+' ---- A flex grid -----------------------------------------------------------------------------
 
 ' A flex grid with one fixed row and column. Cells are kept by "row,col"; FormatString writes
 ' the captions into row 0; each row's banding colour is kept as CellBackColor is set.
@@ -414,15 +189,15 @@ ShowRow False
 
 Heading "2. The form, before and after FillForm"
 Set frm = New FormDouble
-Set lbl = frm.Place(New ControlDouble, "Label", "lblNombre")
-Set msk = frm.Place(New ControlDouble, "MaskEdBox", "mskCodigo")
-Set txtNombre = frm.Place(New ControlDouble, "TextBox", "txtNombre")
-Set txtTelefono = frm.Place(New ControlDouble, "TextBox", "txtTelefono")
-Set cbo = frm.Place(New ListDouble, "ComboBox", "cboPais")
+Set lbl = frm.Place(New ControlDouble, "Label", "lblNombre", "Cliente")
+Set msk = frm.Place(New ControlDouble, "MaskEdBox", "mskCodigo", "Cliente")
+Set txtNombre = frm.Place(New ControlDouble, "TextBox", "txtNombre", "Cliente")
+Set txtTelefono = frm.Place(New ControlDouble, "TextBox", "txtTelefono", "Cliente")
+Set cbo = frm.Place(New ListDouble, "ComboBox", "cboPais", "Cliente")
 Set icbRaw = New ImageComboDouble
-Set icb = frm.Place(icbRaw, "ImageCombo", "icbCategoria")
-Set chk = frm.Place(New ControlDouble, "CheckBox", "chkActivo")
-Set dtp = frm.Place(New ControlDouble, "DTPicker", "dtpAlta")
+Set icb = frm.Place(icbRaw, "ImageCombo", "icbCategoria", "Cliente")
+Set chk = frm.Place(New ControlDouble, "CheckBox", "chkActivo", "Cliente")
+Set dtp = frm.Place(New ControlDouble, "DTPicker", "dtpAlta", "Cliente")
 ShowForm
 svc.FillForm frm, row, "Cliente"
 WScript.Echo ""

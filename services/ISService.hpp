@@ -158,7 +158,7 @@ private:
     // A field's row source as a data array: a query through the host's GetArray, a value list
     // through the field's GetRowSource.
     Variant row_source_rows(fields::clsCeldo& field, const Fields& row) const;
-    std::optional<Variant> toolbar_rows(const Variant& registros) const;
+    std::optional<Variant> element_rows(const Variant& registros, bool expanded) const;
 
     // A form control bound to a field of a row.
     struct Bound;

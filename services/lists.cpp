@@ -63,12 +63,35 @@ std::u16string row_text(const automation::Array& rows, int32_t r) {
     return text;
 }
 
-// Column c of a row, or Missing when the array has no such column.
-Variant cell_or_missing(const automation::Array& rows, int32_t c, int32_t r) {
-    return c <= rows.ubound(1) ? rows.at(c, r) : Variant::missing();
-}
+// A row of a data array as one element to add (an image-combo item, a button, a menu entry):
+// its key, column 0 when keyed, then its columns from the text on, column(0) being the text.
+// A keyed array of one column shows its key; columns the array lacks are Missing.
+class ElementRow {
+public:
+    ElementRow(const automation::Array& cells, bool keyed, int32_t row)
+        : cells_(cells), row_(row), first_(keyed && cells.ubound(1) >= 1 ? 1 : 0) {
+        if (keyed) key = text_of(cells.at(0, row));
+    }
+    std::u16string key;
+    Variant column(int32_t i) const {
+        return first_ + i <= cells_.ubound(1) ? cells_.at(first_ + i, row_) : Variant::missing();
+    }
+    std::u16string text(int32_t i) const {
+        const Variant cell = column(i);
+        return cell.is_missing() ? std::u16string() : text_of(cell);
+    }
 
-std::u16string text_or_empty(const Variant& cell) { return cell.is_missing() ? std::u16string() : text_of(cell); }
+private:
+    const automation::Array& cells_;
+    int32_t row_, first_;
+};
+
+template <class F>
+void each_element(const Variant& rows, bool keyed, F&& add) {
+    const automation::Array* cells = matrix_of(rows);
+    if (!cells) return;
+    for (int32_t r = 0; r <= cells->ubound(2); ++r) add(ElementRow(*cells, keyed, r));
+}
 
 // A text that the data-access object runs: "Select" after trimming, in any case, or a
 // stored procedure call.
@@ -181,25 +204,11 @@ void ISService::FillImageCombo(Object rlstList, const Variant& Registros, bool o
         LateBound combo(rlstList);
         LateBound items(combo.get(u"ComboItems"));
         items.call(u"Clear");
-        Variant rows = Registros;
-        if (rows.is_string()) {
-            const std::u16string text = automation::to_string(lang::Trim(expand(rows.as_string(), nullptr)));
-            if (is_query(text)) {
-                const std::optional<Variant> fetched = query_rows(text, nullptr);
-                if (!fetched) return;
-                rows = *fetched;
-            } else {
-                rows = value_list_rows(text);
-            }
-        }
-        if (const automation::Array* cells = matrix_of(rows)) {
-            const int32_t first = obolKey && cells->ubound(1) >= 1 ? 1 : 0;
-            for (int32_t r = 0; r <= cells->ubound(2); ++r) {
-                const std::u16string key = obolKey ? text_of(cells->at(0, r)) : std::u16string();
-                AddComboItem(rlstList, key, text_of(cells->at(first, r)), cell_or_missing(*cells, first + 1, r),
-                             cell_or_missing(*cells, first + 2, r), text_or_empty(cell_or_missing(*cells, first + 3, r)));
-            }
-        }
+        const std::optional<Variant> rows = element_rows(Registros, true);
+        if (!rows) return;
+        each_element(*rows, obolKey, [&](const ElementRow& e) {
+            AddComboItem(rlstList, e.key, e.text(0), e.column(1), e.column(2), e.text(3));
+        });
         // The first item shows, as a combo that opens on its first entry.
         if (automation::to_long(items.get(u"Count")) > 0) LateBound(items.get(u"Item", {1})).let(u"Selected", {true});
     });
@@ -245,27 +254,25 @@ void ISService::AddButtonMenuItem(Object rlstCombo, Variant& Index, const std::u
     LateBound(button.get(u"ButtonMenus")).call(u"Add", {Variant::missing(), element_key(vstrClave), vstrInfo});
 }
 
-// A query is run; any other text is a value list, one element per entry.
-std::optional<Variant> ISService::toolbar_rows(const Variant& registros) const {
+// Rows of elements: a query is run (a text first passed through the host's expressions when
+// `expanded`), any other text is a value list, one element per entry.
+std::optional<Variant> ISService::element_rows(const Variant& registros, bool expanded) const {
     if (!registros.is_string()) return registros;
-    if (is_query(registros.as_string())) return query_rows(registros.as_string(), nullptr);
-    return value_list_rows(registros.as_string());
+    const std::u16string text =
+        expanded ? automation::to_string(lang::Trim(expand(registros.as_string(), nullptr))) : registros.as_string();
+    if (is_query(text)) return query_rows(text, nullptr);
+    return value_list_rows(text);
 }
 
 // Columns, as AddButtonItem takes its arguments: key (when keyed), then text, image, tooltip
 // and tag, as many as the array has; a keyed array of one column shows its key.
 void ISService::FillToolBar(Object& rlstList, const Variant& Registros, bool obolKey) {
     resume_next([&] {
-        const std::optional<Variant> rows = toolbar_rows(Registros);
-        const automation::Array* cells = rows ? matrix_of(*rows) : nullptr;
-        if (!cells) return;
-        const int32_t first = obolKey && cells->ubound(1) >= 1 ? 1 : 0;
-        for (int32_t r = 0; r <= cells->ubound(2); ++r) {
-            const std::u16string key = obolKey ? text_of(cells->at(0, r)) : std::u16string();
-            AddButtonItem(rlstList, key, text_of(cells->at(first, r)), cell_or_missing(*cells, first + 1, r),
-                          text_or_empty(cell_or_missing(*cells, first + 2, r)),
-                          text_or_empty(cell_or_missing(*cells, first + 3, r)));
-        }
+        const std::optional<Variant> rows = element_rows(Registros, false);
+        if (!rows) return;
+        each_element(*rows, obolKey, [&](const ElementRow& e) {
+            AddButtonItem(rlstList, e.key, e.text(0), e.column(1), e.text(2), e.text(3));
+        });
     });
 }
 
@@ -275,14 +282,9 @@ void ISService::FillButtonMenus(Object rlstList, Variant& Index, const Variant& 
         LateBound toolbar(rlstList);
         LateBound button(LateBound(toolbar.get(u"Buttons")).get(u"Item", {Index}));
         LateBound(button.get(u"ButtonMenus")).call(u"Clear");
-        const std::optional<Variant> rows = toolbar_rows(Registros);
-        const automation::Array* cells = rows ? matrix_of(*rows) : nullptr;
-        if (!cells) return;
-        const int32_t first = obolKey && cells->ubound(1) >= 1 ? 1 : 0;
-        for (int32_t r = 0; r <= cells->ubound(2); ++r) {
-            const std::u16string key = obolKey ? text_of(cells->at(0, r)) : std::u16string();
-            AddButtonMenuItem(rlstList, Index, key, text_of(cells->at(first, r)));
-        }
+        const std::optional<Variant> rows = element_rows(Registros, false);
+        if (!rows) return;
+        each_element(*rows, obolKey, [&](const ElementRow& e) { AddButtonMenuItem(rlstList, Index, e.key, e.text(0)); });
     });
 }
 

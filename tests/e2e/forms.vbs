@@ -4,213 +4,7 @@
 ' host's own enumerator, arguments written back by reference, omitted separators, a field's
 ' refusal reaching the script with its number and text, the platform's picture loader, and
 ' every member of the lists, toolbars, forms and transfers reached by name.
-
-' Any control of a form: what the families read and write.
-Class ControlDouble
-    Public Name
-    Public Parent
-    Public DataField
-    Public DataMember
-    Public Text
-    Public ClipText
-    Public MaxLength
-    Public ForeColor
-    Public BackColor
-    Public Caption
-    Public Value
-    Public TextRTF
-    Public CalendarForeColor
-    Public Title
-    Public BackStyle
-    Public Appearance
-    Public MaskColor
-    Public BackColorBkg
-    Public Picture
-End Class
-
-' A list or combo box that keeps its items and their ItemData (a Long, as a list keeps it).
-Class ListDouble
-    Public Name
-    Public Parent
-    Public DataField
-    Public DataMember
-    Public ForeColor
-    Public ListIndex
-    Public NewIndex
-    Private texts_
-    Private data_
-    Private Sub Class_Initialize()
-        Set texts_ = CreateObject("Scripting.Dictionary")
-        Set data_ = CreateObject("Scripting.Dictionary")
-        ListIndex = -1
-    End Sub
-    Public Sub Clear()
-        texts_.RemoveAll
-        data_.RemoveAll
-        ListIndex = -1
-    End Sub
-    Public Sub AddItem(item)
-        NewIndex = texts_.Count
-        texts_(NewIndex) = item
-        data_(NewIndex) = 0
-    End Sub
-    Public Property Get ListCount()
-        ListCount = texts_.Count
-    End Property
-    Public Property Get ItemData(i)
-        ItemData = data_(i)
-    End Property
-    Public Property Let ItemData(i, v)
-        data_(i) = CLng(v)
-    End Property
-    Public Default Property Get Text()
-        Text = ""
-        If ListIndex >= 0 Then Text = texts_(ListIndex)
-    End Property
-    Public Function Listing()
-        Dim i
-        Listing = ""
-        For i = 0 To texts_.Count - 1
-            If i > 0 Then Listing = Listing & "; "
-            Listing = Listing & Replace(texts_(i), vbTab, "~") & "/" & data_(i)
-        Next
-    End Function
-End Class
-
-' Image-combo items, toolbar buttons, button menus and list items: added with (Index, Key, Text),
-' found by position from 1 or by key (error 35601 when absent).
-Class ElementDouble
-    Public Key
-    Public Text
-    Public Tag
-    Public Image
-    Public SelImage
-    Public Selected
-    Public ToolTipText
-    Public ButtonMenus
-    Public Index
-    Public Icon
-    Public SmallIcon
-    Private subs_
-    Private Sub Class_Initialize()
-        Set subs_ = CreateObject("Scripting.Dictionary")
-    End Sub
-    Public Property Get SubItems(i)
-        SubItems = subs_(i)
-    End Property
-    Public Property Let SubItems(i, v)
-        subs_(i) = v
-    End Property
-End Class
-
-Class ElementsDouble
-    Private items_
-    Private Sub Class_Initialize()
-        Set items_ = CreateObject("Scripting.Dictionary")
-    End Sub
-    Public Property Get Count()
-        Count = items_.Count
-    End Property
-    Public Sub Clear()
-        items_.RemoveAll
-    End Sub
-    Public Function Add(Index, Key, Text)
-        Dim e
-        Set e = New ElementDouble
-        If VarType(Key) <> vbError Then e.Key = Key
-        e.Text = Text
-        e.Index = items_.Count + 1
-        Set e.ButtonMenus = New MenusDouble
-        items_.Add items_.Count, e
-        Set Add = e
-    End Function
-    Public Property Get Item(i)
-        Dim k
-        If VarType(i) = vbString Then
-            For k = 0 To items_.Count - 1
-                If items_.Item(k).Key = i Then Set Item = items_.Item(k)
-            Next
-            If IsEmpty(Item) Then Err.Raise 35601, "Elements", "Element not found"
-        Else
-            Set Item = items_.Item(i - 1)
-        End If
-    End Property
-    Public Sub Remove(i)
-        Dim fresh, k
-        Set fresh = CreateObject("Scripting.Dictionary")
-        For k = 0 To items_.Count - 1
-            If k <> i - 1 Then fresh.Add fresh.Count, items_.Item(k)
-        Next
-        Set items_ = fresh
-    End Sub
-    ' "Key:Text" of each element, with its Selected, Image and ToolTipText when set.
-    Public Function Listing()
-        Dim k, e
-        Listing = ""
-        For k = 0 To items_.Count - 1
-            Set e = items_.Item(k)
-            If Listing <> "" Then Listing = Listing & "; "
-            Listing = Listing & e.Key & ":" & e.Text
-            If e.Selected Then Listing = Listing & "*"
-            If Not IsEmpty(e.Image) Then Listing = Listing & " img" & e.Image
-            If e.ToolTipText <> "" Then Listing = Listing & " tip " & e.ToolTipText
-            If e.SubItems(1) <> "" Then Listing = Listing & "|" & e.SubItems(1) & "|" & e.SubItems(2)
-        Next
-    End Function
-End Class
-
-' A button's menu: entries listed as they are added.
-Class MenusDouble
-    Public Shown
-    Public Sub Clear()
-        Shown = ""
-    End Sub
-    Public Sub Add(Index, Key, Text)
-        If VarType(Key) = vbError Then Key = ""
-        Shown = Shown & "[" & Key & ":" & Text & "]"
-    End Sub
-End Class
-
-Class ImageComboDouble
-    Public Name
-    Public Parent
-    Public DataField
-    Public DataMember
-    Public ForeColor
-    Public Caption
-    Public ComboItems
-    Public SelectedItem
-    Public Refreshed
-    Private Sub Class_Initialize()
-        Set ComboItems = New ElementsDouble
-    End Sub
-    Public Sub Refresh()
-        Refreshed = True
-    End Sub
-End Class
-
-Class ToolbarDouble
-    Public Buttons
-    Private Sub Class_Initialize()
-        Set Buttons = New ElementsDouble
-    End Sub
-End Class
-
-Class ColumnsCountDouble
-    Public Count
-End Class
-
-Class ListViewDouble
-    Public Width
-    Public ListItems
-    Public ColumnHeaders
-    Private Sub Class_Initialize()
-        Width = 6330
-        Set ListItems = New ElementsDouble
-        Set ColumnHeaders = New ColumnsCountDouble
-        ColumnHeaders.Count = 3
-    End Sub
-End Class
+' include: ../../examples/doubles/controls.vbs
 
 ' A data grid: lines as added, and a current row read through its three columns.
 Class DataGridDouble
@@ -254,24 +48,6 @@ Class GridColumnsDouble
     Public Property Get Item(i)
         Set Item = columns_.Item(i)
     End Property
-End Class
-
-' A form whose Controls are the keys of a dictionary: walked through the dictionary's own
-' enumerator, as For Each walks a real form's Controls.
-Class FormDouble
-    Public BackColor
-    Public ForeColor
-    Public Controls
-    Private Sub Class_Initialize()
-        Set Controls = CreateObject("Scripting.Dictionary")
-    End Sub
-    Public Function Place(raw, typeName, name, member)
-        raw.Name = name
-        raw.DataMember = member
-        raw.DataField = ""
-        Set Place = probe.Disguise(raw, typeName)
-        Controls.Add Place, name
-    End Function
 End Class
 
 ' The host's data-access object: lists ask ExecFillArray (four or six arguments), forms GetArray.
@@ -447,7 +223,7 @@ CheckEqual frm.BackColor, svc.BackColor, "and the form itself"
 ' The user edits: one value the field refuses reaches the script with the field's own error,
 ' and every other value is read all the same.
 txt.Text = "Eva"
-msk.ClipText = "12a"
+msk.Text = "12a"
 chk.Value = 0
 cbo.ListIndex = 0
 On Error Resume Next
@@ -457,7 +233,7 @@ On Error GoTo 0
 Check text <> "0 " And InStr(text, "Codigo") > 0, "the refusal reaches the script, naming the field: " & text
 CheckEqual row.Item("Nombre").Value & "," & row.Item("Activo").Value & "," & row.Item("Ciudad").Value, _
     "Eva,False,10", "the other controls were read back"
-msk.ClipText = "120"
+msk.Text = "120"
 svc.FillCeldosForm frm, row, "Cliente"
 CheckEqual row.Item("Codigo").Value, CLng(120), "once corrected, the value lands, converted to the field's type"
 
@@ -491,6 +267,8 @@ fso.DeleteFile path
 
 Set lv1 = New ListViewDouble
 Set lv2 = New ListViewDouble
+lv1.Columns Array("A", "B", "C")
+lv2.Columns Array("A", "B", "C")
 svc.AddListItem probe.Disguise(lv1, "ListView"), "7", -1, -1, "a!b!c", "!", "t"
 svc.SawpListView lv1.ListItems.Item(1), probe.Disguise(lv1, "ListView"), probe.Disguise(lv2, "ListView")
 CheckEqual lv1.ListItems.Count & " " & lv2.ListItems.Listing, "0 K7:a|b|c", "SawpListView with its separator omitted"
