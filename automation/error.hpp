@@ -20,8 +20,8 @@ enum class StdError : int32_t {
     ObjectRequired = 424,
     MemberNotFound = 438,
     ArgumentNotOptional = 449,
-    NotACollection = 451,
     WrongArgumentCount = 450,
+    NotACollection = 451,
     DuplicateKey = 457,
 };
 

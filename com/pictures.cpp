@@ -17,9 +17,17 @@ automation::Variant load_picture(const std::u16string& file) {
         none.picType = PICTYPE_NONE;
         hr = OleCreatePictureIndirect(&none, IID_IPictureDisp, TRUE, reinterpret_cast<void**>(picture.put()));
     } else {
-        std::u16string path = file;
-        hr = OleLoadPicturePath(reinterpret_cast<LPOLESTR>(path.data()), nullptr, 0, 0, IID_IPictureDisp,
-                                reinterpret_cast<void**>(picture.put()));
+        // A relative name is read from the current folder, as LoadPicture reads it.
+        const auto* name = reinterpret_cast<const wchar_t*>(file.c_str());
+        std::wstring path(MAX_PATH, L'\0');
+        DWORD length = GetFullPathNameW(name, static_cast<DWORD>(path.size()), path.data(), nullptr);
+        if (length >= path.size()) {
+            path.resize(length);
+            length = GetFullPathNameW(name, static_cast<DWORD>(path.size()), path.data(), nullptr);
+        }
+        path.resize(length);
+        if (path.empty()) path = name;
+        hr = OleLoadPicturePath(path.data(), nullptr, 0, 0, IID_IPictureDisp, reinterpret_cast<void**>(picture.put()));
     }
     if (FAILED(hr) || !picture) throw error_from_call(FAILED(hr) ? hr : E_POINTER, nullptr, nullptr);
     return from_object(picture.get());

@@ -49,6 +49,8 @@ PictureLoader installed_pictures = &no_picture_format;
 
 void install_picture_loader(PictureLoader loader) noexcept { installed_pictures = loader ? loader : &no_picture_format; }
 
+void ISService::use_pictures(PictureLoader loader) noexcept { pictures_ = loader ? loader : &no_picture_format; }
+
 ISService::ISService()
     : cell_back_color_(0xFFDACC), clipboard_(&system_clipboard()), pictures_(installed_pictures) {
     let_ForeColor(0x854B00);

@@ -126,7 +126,7 @@ public:
     // Where FlexGridClipBoard puts its text; the platform's clipboard unless a test gives another.
     void use_clipboard(Clipboard& clipboard) noexcept { clipboard_ = &clipboard; }
     // How FillForm loads a picture; the installed loader unless a test gives another.
-    void use_pictures(PictureLoader loader) noexcept { pictures_ = loader; }
+    void use_pictures(PictureLoader loader) noexcept;
 
     void visit_references(automation::ReferenceVisitor& visitor) const override {
         if (ex_) visitor.visit(ex_.get());
@@ -158,6 +158,7 @@ private:
     // A field's row source as a data array: a query through the host's GetArray, a value list
     // through the field's GetRowSource.
     Variant row_source_rows(fields::clsCeldo& field, const Fields& row) const;
+    Variant find_row_source(fields::clsCeldo& field, const Variant& rows, const Fields& row) const;
     std::optional<Variant> element_rows(const Variant& registros, bool expanded) const;
 
     // A form control bound to a field of a row.

@@ -150,7 +150,7 @@ void ISService::fill_control(Bound& bound, const Fields& row) {
             step([&] { c.let(u"MaxLength", {max_length(field)}); });
             step([&] { c.let(u"Text", {text_of(value)}); });
             if (bound.type == u"txtFnd") {
-                step([&] { c.let(u"Title", {text_of(FindRowSource(bound.field, field.get_GetRowSource()))}); });
+                step([&] { c.let(u"Title", {text_of(find_row_source(field, field.get_GetRowSource(), row))}); });
             }
             break;
         case Family::RichText:
@@ -253,7 +253,7 @@ void ISService::FillCeldosForm(Object& rfrm, Fields& objCeldos, const std::u16st
 std::optional<Variant> ISService::read_control(Bound& bound, std::optional<std::u16string>& description) {
     LateBound& c = bound.control;
     const fields::clsCeldo& field = *bound.field;
-    // What chosing "no value" gives: the field's default, or Null. Empty would reset the field
+    // What choosing "no value" gives: the field's default, or Null. Empty would reset the field
     // as new, losing that the user cleared it.
     const auto no_value = [&] {
         const Variant fallback = field.get_DefaultValue();
@@ -265,8 +265,12 @@ std::optional<Variant> ISService::read_control(Bound& bound, std::optional<std::
         case Family::RichText: return c.get(u"TextRTF");
         case Family::List: {
             // Without identifiers the text is read: the chosen item's, or what was typed into an
-            // editable combo.
-            if (!carries_item_data(c)) return c.get(u"Text");
+            // editable combo; neither is nothing chosen.
+            if (!carries_item_data(c)) {
+                const Variant text = c.get(u"Text");
+                if (text_of(text).empty() && automation::to_long(c.get(u"ListIndex")) < 0) return std::nullopt;
+                return text;
+            }
             const Variant index = c.get(u"ListIndex");
             if (automation::to_long(index) < 0) return std::nullopt;
             return c.get(u"ItemData", {index});

@@ -339,16 +339,23 @@ void remove_item(LateBound& source, LateBound& item) {
     LateBound(source.get(u"ListItems")).call(u"Remove", {item.get(u"Index")});
 }
 
+int32_t item_count(const ISService::Object& view) {
+    return automation::to_long(LateBound(LateBound(view).get(u"ListItems")).get(u"Count"));
+}
+
 }  // namespace
 
 // The item keeps its key and its tag; its icons belong to the source's image lists and stay.
+// AddListItem keeps its failures to itself, so the entry leaves its source only once the target
+// holds one more: a target that refuses it (a key it holds already) loses nothing.
 void ISService::SawpListView(Object& vItem, Object rlstSource, Object rlstTarget, const std::u16string& Separador) {
     resume_next([&] {
         LateBound item(vItem), source(rlstSource);
         const std::u16string info = info_of(item, source, Separador);
+        const int32_t before = item_count(rlstTarget);
         AddListItem(rlstTarget, text_of(item.get(u"Key")), Variant(-1), Variant(-1), info, Separador,
                     text_of(item.get(u"Tag")));
-        remove_item(source, item);
+        if (item_count(rlstTarget) > before) remove_item(source, item);
     });
 }
 
@@ -373,8 +380,9 @@ void ISService::SawpGridListView(int16_t& vIndex, Object rdbgSource, Object rlst
         for (int32_t c = 0; c < count; ++c) {
             info += (c ? Separador : std::u16string()) + text_of(LateBound(columns.get(u"Item", {c})).get(u"Value"));
         }
+        const int32_t before = item_count(rlstTarget);
         AddListItem(rlstTarget, u"", Variant(-1), Variant(-1), info, Separador, u"");
-        grid.call(u"RemoveItem", {vIndex});
+        if (item_count(rlstTarget) > before) grid.call(u"RemoveItem", {vIndex});
     });
 }
 

@@ -220,13 +220,19 @@ void ISService::FillImageCombo(Object rlstList, const Variant& Registros, bool o
 // to case, so that a number field finds its value among a value list's texts.
 Variant ISService::FindRowSource(Field objCeldo, const Variant& RowSource) {
     if (!objCeldo) throw automation::AutomationError(automation::StdError::ObjectVariableNotSet);
-    Variant rows = RowSource;
-    const fields::exRowSourceType kind = objCeldo->get_RowSourceType();
-    if (kind == fields::exQuery || kind == fields::exSPReturnValues) rows = row_source_rows(*objCeldo, nullptr);
+    return find_row_source(*objCeldo, RowSource, nullptr);
+}
+
+// `row`, when known, is the row whose fields a query row source may name.
+Variant ISService::find_row_source(fields::clsCeldo& field, const Variant& rows_given, const Fields& row) const {
+    const Variant value = field.get_Value();
+    if (value.is_null() || value.is_empty()) return Variant::null();
+    Variant rows = rows_given;
+    const fields::exRowSourceType kind = field.get_RowSourceType();
+    if (kind == fields::exQuery || kind == fields::exSPReturnValues) rows = row_source_rows(field, row);
     else if (rows.is_string()) rows = value_list_rows(rows.as_string());
     const automation::Array* cells = matrix_of(rows);
-    const Variant value = objCeldo->get_Value();
-    if (!cells || value.is_null() || value.is_empty()) return Variant::null();
+    if (!cells) return Variant::null();
     const std::u16string wanted = automation::to_string(value);
     for (int32_t r = 0; r <= cells->ubound(2); ++r) {
         if (automation::equal_text(text_of(cells->at(0, r)), wanted)) return Variant(row_text(*cells, r));

@@ -47,8 +47,8 @@ std::u16string text_of(const automation::Variant& value);
 // numeric keys, so "K" goes before one; the empty text is no key (Missing).
 automation::Variant element_key(const std::u16string& key);
 
-// Whether an image index is 0 or more; an index below 0 (or Empty, which reads as 0 and so
-// counts) leaves the element's image unset.
+// Whether a list item's icon index is 0 or more, as a comparison reads it: Empty counts as 0
+// and sets the icon; an index below 0 leaves it unset.
 bool at_least_zero(const automation::Variant& index);
 
 // A data array of two dimensions, or null.

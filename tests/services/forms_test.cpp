@@ -158,7 +158,8 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     const Log log = std::make_shared<std::vector<std::string>>();
     auto text = control(u"TextBox", "txtNombre", log), masked = control(u"MaskEdBox", "mskEdad", log),
          check = control(u"CheckBox", "chkActivo", log), picker = control(u"DTPicker", "dtpAlta", log),
-         list = control(u"ListBox", "lstPais", log), label = control(u"Label", "lblNota", log);
+         list = control(u"ListBox", "lstPais", log), label = control(u"Label", "lblNota", log),
+         plain = control(u"ListBox", "lstNota", log);
     text->props["Text"] = u"Luis";
     std::tie(masked->props["Text"], masked->props["ClipText"]) = std::tuple(Variant(u"4-5"), Variant(u"45"));
     check->props["Value"] = 0;
@@ -167,12 +168,14 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     automation::call(*list, u"AddItem", {u"Uno"});
     automation::let(*list, u"ItemData", {0, 1});
     automation::let(*list, u"ListIndex", {0});
-    Control frm = form({text, masked, check, picker, list, label}, log);
+    keeps_items(*plain);
+    automation::call(*plain, u"AddItem", {u"x"});  // no identifiers, nothing chosen: Nota is left as it is
+    Control frm = form({text, masked, check, picker, list, label, plain}, log);
     Fields row = customer();
     s.FillCeldosForm(frm, row, u"");
     EXPECT_EQ(render(value_of(row, u"Nombre")) + render(value_of(row, u"Edad")) + render(value_of(row, u"Activo")) +
                   render(value_of(row, u"Pais")) + render(value_of(row, u"Nota")),
-              "\"Luis\"45False1Empty");  // a label is not read
+              "\"Luis\"45False1Empty");  // nor is a label
     EXPECT_EQ(render(value_of(row, u"Alta")), "\"3/9/2024\"");
 
     // A value the field refuses reaches the caller as the field's own error, after the rest.
@@ -262,8 +265,14 @@ TEST_F(ServiceForms, EntriesMoveBetweenListViewsAndDataGrids) {
     Variant first = fake(source).kid("ListItems").items->front();
     Control moved = first.object();
     fake(moved).props["Index"] = 1;
+    // A target that refuses the item (a key it holds already) leaves it in the source.
+    fake(target).kid("ListItems").on["Add"] = refuse;
     s.SawpListView(moved, source, target, u"#");
-    EXPECT_EQ(shown(target, "ListItems"), "K7: a|b|c");
+    EXPECT_EQ(fake(source).kid("ListItems").items->size(), 1u);
+    fake(target).kid("ListItems").on.erase("Add");
+    s.SawpListView(moved, source, target, u"#");
+    EXPECT_EQ(shown(target, "ListItems") + " " + render(fake(fake(target).kid("ListItems").items->front().object()).props["Tag"]),
+              "K7: a|b|c \"t\"");
     EXPECT_TRUE(fake(source).kid("ListItems").items->empty());
 
     auto grid = make_ref<Fake>(u"SSDBGrid", "grid");

@@ -8,7 +8,6 @@ using namespace testing;
 using ServiceLists = Service;
 
 TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
-    const Variant tab = Variant(u"Ana\tG\u00F3mez");
     const std::tuple<Variant, Variant, int32_t, std::string> cases[] = {
         // rows, what the query answers, its status: the list's items "text/ItemData"
         {matrix({{7, u"Ana", u"G\u00F3mez"}, {8, Variant::null(), u"x"}}), {}, 0, "Ana\tG\u00F3mez/7; \tx/8"},
@@ -42,13 +41,14 @@ TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
 TEST_F(ServiceLists, ExecFillListDBCallsTheShortFormAndChoosesByTypeName) {
     const std::tuple<const char16_t*, int32_t, std::string> cases[] = {
         // the control's type, the status: what the control was asked
-        {u"ComboBox", 0, R"(c: Call Clear(); c: Call Clear(); c: Call AddItem("a"); c: Get NewIndex; c: Let ItemData(Empty) = 3)"},
+        {u"ComboBox", 0, R"(c: Call Clear(); c: Call Clear(); c: Call AddItem("a"); c: Get NewIndex; c: Let ItemData(0) = 3)"},
         {u"ComboBox", -1, "c: Call Clear()"},
         {u"icbo", 0, R"(c: Call Clear(); c: Get ComboItems; items: Call Clear(); c: Get ComboItems; items: Call Add(Missing, "K3", "a"); )"
                      R"(item1: Let Tag = ""; items: Get Count; items: Get Item(1); item1: Let Selected = True)"},
     };
     for (const auto& [type, status, expected] : cases) {
         auto list = make_ref<Fake>(type, "c");
+        list->props["NewIndex"] = 0;
         list->kid("ComboItems", "items").items.emplace();
         auto ex = make_ref<Fake>(u"DataAccess", "ex");
         std::string received;
@@ -75,7 +75,7 @@ TEST_F(ServiceLists, ExecFillListDBCallsTheShortFormAndChoosesByTypeName) {
 
 TEST_F(ServiceLists, ImageCombosAndToolbarsTakeColumnsInTheirAddersOrder) {
     const Variant rows1 = matrix({{5}}), rows2 = matrix({{5, u"Save"}}), rows3 = matrix({{5, u"Save", 2}}),
-                  rows5 = matrix({{5, u"Save", 2, u"tip", u"tag"}});
+                  rows4 = matrix({{5, u"Save", 2, u"tip"}}), rows5 = matrix({{5, u"Save", 2, u"tip", u"tag"}});
     const std::tuple<bool, Variant, bool, std::string> cases[] = {
         // toolbar or image combo, rows, keyed: what each element was given
         {true, rows1, false, R"(Add(Missing, Missing, "5"); Tag = ""; ToolTipText = "")"},
@@ -84,6 +84,8 @@ TEST_F(ServiceLists, ImageCombosAndToolbarsTakeColumnsInTheirAddersOrder) {
         {true, rows2, true, R"(Add(Missing, "K5", "Save"); Tag = ""; ToolTipText = "")"},
         {true, rows3, false, R"(Add(Missing, Missing, "5"); Tag = ""; ToolTipText = "2")"},
         {true, rows3, true, R"(Add(Missing, "K5", "Save"); Tag = ""; ToolTipText = ""; Image = 2)"},
+        {true, rows4, true, R"(Add(Missing, "K5", "Save"); Tag = ""; ToolTipText = "tip"; Image = 2)"},
+        {true, rows4, false, R"(Add(Missing, Missing, "5"); Tag = "tip"; ToolTipText = "2")"},
         {true, rows5, true, R"(Add(Missing, "K5", "Save"); Tag = "tag"; ToolTipText = "tip"; Image = 2)"},
         {true, u"New;Open", false, R"(Add(Missing, Missing, "New"); Tag = ""; ToolTipText = ""; )"
                                    R"(Add(Missing, Missing, "Open"); Tag = ""; ToolTipText = "")"},
