@@ -188,37 +188,4 @@ Variant ISService::fetch(const std::u16string& query, fields::exTypeRs mode, int
     return data;
 }
 
-// ---- Members whose turn has not come ------------------------------------------------------------
-
-namespace {
-
-[[noreturn]] void not_available(std::u16string_view member) {
-    throw AutomationError(445, u"Celdo.ISService",
-                          u"Object doesn't support this action: ISService." + std::u16string(member) +
-                              u" is not available yet in this version of Celdo");
-}
-
-}  // namespace
-
-ISService::Object ISService::AddNode(Object&, const std::u16string&, const std::u16string&, const std::u16string&,
-                                     const Variant&, const Variant&, const std::u16string&) {
-    not_available(u"AddNode");
-}
-ISService::Object ISService::AddRootNode(Object&, const std::u16string&, const std::u16string&, const Variant&,
-                                         const Variant&, const std::u16string&) {
-    not_available(u"AddRootNode");
-}
-void ISService::ExecFillTreeView(Object&, const std::u16string&, fields::exTypeRs, const Variant&, const Variant&,
-                                 Fields&) {
-    not_available(u"ExecFillTreeView");
-}
-void ISService::FillTreeView(Object&, const Variant&, const Variant&, const Variant&, const std::u16string&) {
-    not_available(u"FillTreeView");
-}
-Variant ISService::GetNodes(Object, bool) { not_available(u"GetNodes"); }
-void ISService::ExecFillFlexGridTree(Object, const std::u16string&, fields::exTypeRs, Fields&, Fields) {
-    not_available(u"ExecFillFlexGridTree");
-}
-void ISService::FillFlexGridTree(Object, Variant&, Fields&) { not_available(u"FillFlexGridTree"); }
-
 }  // namespace celdo::services

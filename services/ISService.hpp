@@ -147,10 +147,17 @@ private:
     void fill_grid_matrix(automation::LateBound& grid, automation::Array& cells, const Fields& header);
     void fill_grid_rows(automation::LateBound& grid, const Variant& rows, const Fields& header);
     void band_row(automation::LateBound& grid, int32_t row, int32_t fixed_rows, int32_t fixed_cols, int32_t cols);
+    // What every flex grid fill does first (redraw off, the grid's colours) and last.
+    void open_grid_fill(automation::LateBound& grid);
+    void close_grid_fill(automation::LateBound& grid);
 
-    // ExecFillArray in its short form, as lists and toolbars call it: the query opened static,
-    // the status, a new field collection, and the caller's parameters (when given, written
-    // back). The data array, or nothing when the status is negative.
+    // ExecFillArray in its short form: the query, the open mode, the status and `header`, and
+    // with `parameters` an omitted fifth argument and the parameters (written back). The data
+    // array, or nothing when the status is negative; `header_back` receives what the host left
+    // in the header.
+    std::optional<Variant> fetch_short(const std::u16string& query, int32_t mode, Variant header, Variant* parameters,
+                                       Fields* header_back) const;
+    // The short form as lists and toolbars call it: opened static, with a new field collection.
     std::optional<Variant> query_rows(const std::u16string& query, Variant* parameters) const;
     // A text with the host's expressions replaced (Evaluador.ReplaceExpresion, naming the
     // fields of `row`); as it stands when the service has no data-access object.

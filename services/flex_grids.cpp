@@ -228,11 +228,7 @@ void ISService::FlexGridHeader(Object& rdbgSource, const Variant& vHeader) {
 void ISService::FillFlexGrid(Object rdbgSource, Variant& vData, Fields& rHeader) {
     resume_next([&] {
         LateBound grid(rdbgSource);
-        grid.let(u"Redraw", {false});
-        grid.let(u"BackColorBkg", {kLineBlue});
-        grid.let(u"GridColorFixed", {kLineBlue});
-        grid.let(u"GridColor", {kLineBlue});
-        grid.let(u"ForeColor", {kLineBlue});
+        open_grid_fill(grid);
         if (vData.is_object()) {
             fill_grid_rows(grid, vData, rHeader);
         } else if (vData.is_string()) {
@@ -245,10 +241,22 @@ void ISService::FillFlexGrid(Object rdbgSource, Variant& vData, Fields& rHeader)
             // The caller's own array: its Null cells are replaced where they stand.
             fill_grid_matrix(grid, vData.array_mut(), rHeader);
         }
-        grid.let(u"RowHeightMin", {kRowHeightMin});
-        grid.let(u"ColWidth", {0, kSelectorWidth});
-        grid.let(u"Redraw", {true});
+        close_grid_fill(grid);
     });
+}
+
+void ISService::open_grid_fill(LateBound& grid) {
+    grid.let(u"Redraw", {false});
+    grid.let(u"BackColorBkg", {kLineBlue});
+    grid.let(u"GridColorFixed", {kLineBlue});
+    grid.let(u"GridColor", {kLineBlue});
+    grid.let(u"ForeColor", {kLineBlue});
+}
+
+void ISService::close_grid_fill(LateBound& grid) {
+    grid.let(u"RowHeightMin", {kRowHeightMin});
+    grid.let(u"ColWidth", {0, kSelectorWidth});
+    grid.let(u"Redraw", {true});
 }
 
 void ISService::band_row(LateBound& grid, int32_t row, int32_t fixed_rows, int32_t fixed_cols, int32_t cols) {

@@ -76,18 +76,11 @@ bool carries_item_data(LateBound& list) {
     return false;
 }
 
-// An image combo's key for a value and the value a key stands for, by the "K" rule both ways:
-// "K" before a number, nothing before a text; the bare "K" is the empty value.
+// An image combo's key for a value, by the "K" rule (key_given reads it back); the bare "K" is
+// the empty value.
 std::u16string combo_key(const Variant& value) {
     const std::u16string text = text_of(value);
     return lang::IsNumeric(Variant(text)) || text.empty() ? u"K" + text : text;
-}
-std::u16string value_of_key(const std::u16string& key) {
-    if (key.size() >= 1 && key[0] == u'K') {
-        const std::u16string rest = key.substr(1);
-        if (rest.empty() || lang::IsNumeric(Variant(rest))) return rest;
-    }
-    return key;
 }
 
 }  // namespace
@@ -283,7 +276,7 @@ std::optional<Variant> ISService::read_control(Bound& bound, std::optional<std::
             if (!selected.is_object() || !selected.as_object()) return std::nullopt;
             LateBound item(selected);
             const std::u16string text = text_of(item.get(u"Text"));
-            const std::u16string value = value_of_key(text_of(item.get(u"Key")));
+            const std::u16string value = key_given(text_of(item.get(u"Key")));
             const bool none = text == kNone || value.empty();
             description = none ? std::u16string() : text;
             return none ? no_value() : Variant(value);

@@ -108,21 +108,29 @@ bool is_query(const std::u16string& text) {
 // ---- Rows from the host ---------------------------------------------------------------------------
 
 std::optional<Variant> ISService::query_rows(const std::u16string& query, Variant* parameters) const {
+    // The field collection of the short form is a new one: what the host leaves in it (the
+    // rows' description) is not used by lists.
+    return fetch_short(query, fields::exOpenStatic, Variant(automation::Ref<automation::Object>(
+                                                         automation::make_ref<collections::clsCeldos>())),
+                       parameters, nullptr);
+}
+
+std::optional<Variant> ISService::fetch_short(const std::u16string& query, int32_t mode, Variant header,
+                                              Variant* parameters, Fields* header_back) const {
     LateBound ex(ex_);
-    // Every argument goes by reference. The field collection of the short form is a new one:
-    // what the host leaves in it (the rows' description) is not used by lists.
-    Variant query_arg(query), mode_arg(static_cast<int32_t>(fields::exOpenStatic)), status_arg(0);
-    Variant header_arg{automation::Ref<automation::Object>(automation::make_ref<collections::clsCeldos>())};
+    // Every argument goes by reference.
+    Variant query_arg(query), mode_arg(mode), status_arg(0);
     Variant data;
     if (!parameters) {
         data = ex.call(u"ExecFillArray", {automation::ByRef{query_arg}, automation::ByRef{mode_arg},
-                                          automation::ByRef{status_arg}, automation::ByRef{header_arg}});
+                                          automation::ByRef{status_arg}, automation::ByRef{header}});
     } else {
         Variant absent = Variant::missing();
         data = ex.call(u"ExecFillArray", {automation::ByRef{query_arg}, automation::ByRef{mode_arg},
-                                          automation::ByRef{status_arg}, automation::ByRef{header_arg},
+                                          automation::ByRef{status_arg}, automation::ByRef{header},
                                           automation::ByRef{absent}, automation::ByRef{*parameters}});
     }
+    if (header_back) *header_back = fields_in(header);
     if (automation::to_long(status_arg) < 0) return std::nullopt;
     return data;
 }

@@ -55,6 +55,14 @@ Variant element_key(const std::u16string& key) {
     return Variant(key);
 }
 
+std::u16string key_given(const std::u16string& key) {
+    if (!key.empty() && key[0] == u'K') {
+        const std::u16string rest = key.substr(1);
+        if (rest.empty() || automation::lang::IsNumeric(Variant(rest))) return rest;
+    }
+    return key;
+}
+
 bool at_least_zero(const Variant& index) {
     const automation::Ordering order = automation::compare_to_typed(index, Variant(0));
     return order == automation::Ordering::Greater || order == automation::Ordering::Equal;

@@ -47,6 +47,10 @@ std::u16string text_of(const automation::Variant& value);
 // numeric keys, so "K" goes before one; the empty text is no key (Missing).
 automation::Variant element_key(const std::u16string& key);
 
+// The key a host gave, from an element's key: the "K" that element_key put before a number is
+// taken off ("K12" is "12", the bare "K" the empty key); any other key is as it stands.
+std::u16string key_given(const std::u16string& key);
+
 // Whether a list item's icon index is 0 or more, as a comparison reads it: Empty counts as 0
 // and sets the icon; an index below 0 leaves it unset.
 bool at_least_zero(const automation::Variant& index);

@@ -1,5 +1,5 @@
 // ISService from JScript: null and undefined as the helpers see them, a JScript object as the
-// data-access object, and the refusal of a member not built yet.
+// data-access object, and a tree view of JScript objects.
 var svc = new ActiveXObject("Celdo.ISService");
 checkEqual(svc.nvl(null, 5), 5, "nvl: null is Null");
 checkEqual(svc.nvl(undefined, 5), undefined, "undefined is Empty, a value");
@@ -17,11 +17,15 @@ var list = {ListItems: null};
 svc.ExecFillListView(list, 0, "Select", exOpenStatic);
 checkEqual(da.Calls, 0, "without a connection nothing is fetched");
 
-checkThrows(function () { svc.FillTreeView(list, null); }, 445, "", "a member not built yet");
-try {
-    svc.FillTreeView(list, null);
-} catch (e) {
-    check(e.description.indexOf("ISService.FillTreeView is not available yet") >= 0, "says so");
-}
+// A tree view of JScript objects: the node Nodes.Add answers comes back as itself, tagged.
+var added = [];
+var tree = {Nodes: {Add: function (relative, relationship, key, text) {
+    var node = {Key: key, Text: text, Tag: null};
+    added.push(node);
+    return node;
+}}};
+var node = svc.AddRootNode(tree, "7", "Siete", 1, -1, "t");
+check(node === added[0], "AddRootNode answers the node the tree added");
+checkEqual(node.Key + " " + node.Text + " " + node.Tag, "K7 Siete t", "keyed by the K rule and tagged");
 svc = null;
 finish();

@@ -190,11 +190,7 @@ svc.FindItemData 20, probe.Disguise(x, "ComboBox")
 CheckError 380, "", "", "a helper passes on the control's error"
 svc.DBGridColumnHeaders probe.Disguise(New DataGridDouble, "DataGrid"), New CaptionsDouble
 CheckError 9, "", "", "DBGridColumnHeaders passes on the collection's error 9"
-svc.FillTreeView Nothing, Empty
-text = Err.Description
-CheckError 445, "", "", "a member not built yet is refused"
 On Error GoTo 0
-Check InStr(text, "ISService.FillTreeView is not available yet") > 0, "saying which"
 
 Set da = New DataAccessDouble
 da.HayConexion = True

@@ -7,7 +7,7 @@ namespace {
 using namespace testing;
 using ServiceHelpers = Service;
 
-TEST_F(ServiceHelpers, ColoursCustomFormatExAndMembersNotBuilt) {
+TEST_F(ServiceHelpers, ColoursCustomFormatAndEx) {
     EXPECT_EQ(std::tuple(s.get_CellBackColor(), s.get_ForeColor(), s.get_BackColor()), std::tuple(0xFFDACC, 0x854B00, 0xFFFFFF));
     EXPECT_EQ(error_of([&] { s.get_CustomFormat(); }).number(), 91);  // no data-access object
     auto ex = make_ref<Fake>(u"DataAccess", "ex");
@@ -20,10 +20,6 @@ TEST_F(ServiceHelpers, ColoursCustomFormatExAndMembersNotBuilt) {
     other->set_Ex(ex);
     other = nullptr;  // releases Ex
     EXPECT_EQ(ex->ref_count(), 2u);
-    Control none;
-    const auto e = error_of([&] { s.AddRootNode(none, u"k", u"t", {}, {}, u""); });
-    EXPECT_EQ(e.number(), 445);
-    EXPECT_NE(e.description().find(u"ISService.AddRootNode is not available yet"), std::u16string::npos);
 }
 
 TEST_F(ServiceHelpers, NvlBuildFormatAndMoveSpin) {

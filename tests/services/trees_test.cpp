@@ -1,0 +1,148 @@
+// Trees: rows placed parent first whatever their order, tree views and the flex-grid outline.
+#include "tests/services/doubles.hpp"
+
+namespace celdo::services {
+namespace {
+
+using namespace testing;
+using ServiceTrees = Service;
+
+// A tree view whose Nodes.Add writes "Key" or "Key<Relative" (and "/image" when one is given)
+// into `added`, refusing the keys in `refused`.
+struct TreeDouble {
+    Ref<Fake> tree = make_ref<Fake>(u"TreeView", "tvw");
+    std::string added;
+    std::set<std::string> refused;
+    TreeDouble() {
+        tree->kid("Nodes", "nodes").on["Add"] = [this](std::span<Argument> a) {
+            const std::string key = automation::utf16_to_utf8(automation::to_string(a[2].value));
+            if (refused.count(key)) throw automation::AutomationError(35602, u"TreeView", u"Key is not unique");
+            added += (added.empty() ? "" : " ") + key + (a[0].value.is_missing() ? "" : "<" + render(a[0].value).substr(1));
+            if (added.back() == '"') added.pop_back();
+            if (!a[4].value.is_missing()) added += "/" + render(a[4].value);
+            return Variant(make_ref<Fake>(u"Node", "node", tree->log));
+        };
+    }
+};
+
+TEST_F(ServiceTrees, RowsArePlacedParentFirstWhateverTheirOrder) {
+    using Rows = std::vector<std::vector<Variant>>;
+    const std::tuple<Rows, const char16_t*, std::string> cases[] = {
+        // rows (key, parent, text), parent handed in: the nodes added
+        {{{2, 1, u"b"}, {1, u"", u"a"}, {3, 2, u"c"}}, u"", "K1 K2<K1 K3<K2"},
+        {{{1, u"", u"a"}, {3, 1, u"c"}, {2, 1, u"b"}}, u"", "K1 K3<K1 K2<K1"},  // siblings in data order
+        {{{1, 9, u"a"}, {u"A", u"", u"x"}}, u"", "K1 A"},                       // an orphan is a root
+        {{{1, u"", u"a"}, {1, u"", u"b"}, {2, 1, u"c"}}, u"", "K1 K2<K1"},       // a repeated key: the first
+        {{{1, 2, u"a"}, {2, 1, u"b"}, {3, u"", u"c"}}, u"", "K3 K1 K2<K1"},      // a cycle, broken at its first row
+        {{{1, 1, u"a"}}, u"", "K1"},                                             // its own parent
+        {{{u"", u"", u"x"}, {Variant::null(), u"", u"y"}, {1, u"", u"a"}}, u"", "K1"},  // no key: left out
+        {{{1, u"P", u"a"}, {2, u"", u"b"}, {3, 1, u"c"}}, u"P", "K1<P K3<K1 K2<P"},     // a branch under P
+    };
+    for (const auto& [rows, parent, expected] : cases) {
+        TreeDouble t;
+        Control tree = t.tree;
+        s.FillTreeView(tree, matrix(rows), Variant::missing(), Variant::missing(), parent);
+        EXPECT_EQ(t.added, expected) << expected;
+        EXPECT_EQ(t.tree->count("nodes: Call Clear()"), *parent ? 0 : 1);
+    }
+}
+
+TEST_F(ServiceTrees, ARefusedNodeTakesItsDescendantsImagesFallBackAndTagsAreSet) {
+    TreeDouble t;
+    t.refused = {"K2"};
+    Control tree = t.tree;
+    s.FillTreeView(tree, matrix({{1, u"", u"a", 5, 6, u"t1"}, {2, 1, u"b", -1, 6, u"t2"}, {3, 2, u"c", 7, 6, u""},
+                                 {4, 1, u"d", Variant(), 6, u"t4"}}),
+                   9, 8, u"");
+    EXPECT_EQ(t.added, "K1/5 K4<K1/9");
+    EXPECT_EQ(t.tree->lines("node: Let Tag"), R"(node: Let Tag = "t1"; node: Let Tag = "t4")");
+}
+
+TEST_F(ServiceTrees, ATenThousandLevelTreeIsFilledWithoutRecursion) {
+    std::vector<std::vector<Variant>> rows;
+    for (int32_t i = 10000; i >= 1; --i) rows.push_back({i, i - 1, u"n"});
+    TreeDouble t;
+    Control tree = t.tree;
+    s.FillTreeView(tree, matrix(rows), Variant::missing(), Variant::missing(), u"");
+    EXPECT_EQ(std::count(t.added.begin(), t.added.end(), '<'), 9999);
+    EXPECT_EQ(t.added.substr(0, 9), "K1 K2<K1 ");
+}
+
+TEST_F(ServiceTrees, SingleNodesGetNodesAndTheDataAccessObject) {
+    TreeDouble t;
+    Control tree = t.tree;
+    s.AddRootNode(tree, u"7", u"a", 1, Variant::missing(), u"t");
+    s.AddNode(tree, u"7", u"x", u"b", -1, Variant::missing(), u"");
+    EXPECT_EQ(t.added, "K7/1 x<K7");
+    t.refused = {"K7"};
+    EXPECT_EQ(error_of([&] { s.AddRootNode(tree, u"7", u"a", {}, {}, u""); }).number(), 35602);
+
+    Fake& nodes = t.tree->kid("Nodes");
+    nodes.items.emplace();
+    for (auto [key, checked] : {std::pair(u"K12", true), {u"K", false}, {u"Kilo", true}}) {
+        auto node = make_ref<Fake>(u"Node", "n", t.tree->log);
+        std::tie(node->props["Key"], node->props["Checked"]) = std::tuple(Variant(key), Variant(checked));
+        nodes.items->push_back(Variant(Ref<automation::Object>(node)));
+    }
+    const auto keys = [&](bool checked) {
+        std::string out;
+        const Variant answer = s.GetNodes(tree, checked);
+        for (const Variant& k : answer.as_array().elements()) out += render(k);
+        return out;
+    };
+    EXPECT_EQ(keys(true), R"("12""Kilo")");
+    EXPECT_EQ(keys(false), R"("12""""Kilo")");
+    nodes.items->clear();
+    EXPECT_EQ(s.GetNodes(tree, true).as_array().ubound(1), -1);
+
+    // ExecFillTreeView: the short form with the header as Nothing, parameters written back.
+    const Fields parameters = header({{u"Id", exLong}}), answered = header({{u"Out", exLong}});
+    for (auto [connected, status, given, expected] :
+         {std::tuple(true, 0, parameters, "K1"), {true, -1, Fields(), ""}, {false, 0, Fields(), ""}}) {
+        TreeDouble filled;
+        Control view = filled.tree;
+        std::string received;
+        auto ex = make_ref<Fake>(u"DataAccess", "ex");
+        ex->props["HayConexion"] = connected;
+        ex->on["ExecFillArray"] = [&, status = status](std::span<Argument> a) {
+            for (const Argument& arg : a) received += render(arg.value) + (arg.by_ref ? "& " : " ");
+            a[2].value = status;
+            if (a.size() == 6) a[5].value = answered;
+            return matrix({{1, u"", u"a"}});
+        };
+        s.set_Ex(ex);
+        Fields in_out = given;
+        s.ExecFillTreeView(view, u"Select", exOpenKeyset, Variant::missing(), Variant::missing(), in_out);
+        EXPECT_EQ(filled.added, expected);
+        if (given) {
+            EXPECT_EQ(received, "\"Select\"& " + std::to_string(exOpenKeyset) + "& 0& Nothing& Missing& Object& ");
+            EXPECT_EQ(in_out.get(), answered.get());
+        } else if (connected) {
+            EXPECT_EQ(received, "\"Select\"& " + std::to_string(exOpenKeyset) + "& 0& Nothing& ");
+        } else {
+            EXPECT_EQ(received, "");
+        }
+    }
+}
+
+TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels) {
+    auto grid = make_ref<Fake>(u"MSFlexGrid", "grid");
+    std::tie(grid->props["FixedRows"], grid->props["FixedCols"]) = std::tuple(Variant(1), Variant(1));
+    Variant rows = matrix({{2, 1, u"b", Variant::null()}, {1, u"", u"a", 10}, {3, u"", u"c", 30}, {4, 2, u"d", 40}});
+    Fields described = header({{u"Name", exText}, {u"Amount", exLong, u"0.0"}});
+    Control shown = grid;
+    s.FillFlexGridTree(shown, rows, described);
+    std::string cells;
+    for (int r = 1; r <= 4; ++r) {
+        cells += "[" + render(grid->props["TextMatrix(" + std::to_string(r) + ", 1)"]) + " " +
+                 render(grid->props["TextMatrix(" + std::to_string(r) + ", 2)"]) + " " +
+                 render(grid->props["RowData(" + std::to_string(r) + ")"]) + "]";
+    }
+    EXPECT_EQ(cells, R"(["+ a" "10.0" 0]["    + b" "" 1]["          d" "40.0" 2]["  c" "30.0" 0])");
+    EXPECT_EQ(grid->lines("RowHeight("), "grid: Let RowHeight(2) = 0; grid: Let RowHeight(3) = 0");
+    EXPECT_EQ(render(rows.as_array().at(3, 0)), R"("")");  // the caller's Null, as shown
+    EXPECT_EQ(grid->count("Redraw"), 2);
+}
+
+}  // namespace
+}  // namespace celdo::services
