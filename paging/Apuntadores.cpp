@@ -57,7 +57,8 @@ Apuntadores::Fields Apuntadores::key_of(const Fields& row, const std::u16string&
         for (size_t i = 0; i < row->size(); ++i) names.push_back(row->at(i).get_Name());
     }
     for (const std::u16string& name : names) {
-        if (!row->Exist(name)) continue;
+        // A key field the row lacks would send the host a key it cannot use.
+        if (!row->Exist(name)) throw AutomationError(StdError::InvalidCall);
         Variant key(name);
         const auto field = row->get_Item(key);
         auto copy = field->copy(u"", field->get_Value());
@@ -71,6 +72,7 @@ Apuntadores::Fields Apuntadores::key_of(const Fields& row, const std::u16string&
 // or in place of the previous one, the pages after it dropped.
 Apuntadores::Page Apuntadores::Add(Fields First, Fields Last, int32_t Rows, const std::u16string& Key) {
     // No rows came back: the end is reached, and there is no page to keep.
+    if (!First != !Last) throw AutomationError(StdError::ObjectVariableNotSet);
     if (!First && !Last) {
         at_end_ = asked_ == Asked::Next;
         asked_ = Asked::Nothing;
@@ -96,22 +98,31 @@ Apuntadores::Page Apuntadores::Add(Fields First, Fields Last, int32_t Rows, cons
 
 // Column c of the array is described by the header's field c + 1; the first and last rows'
 // key fields are read from it.
+// Column c of the array is described by the header's field c + 1; the key fields of the first
+// and last rows are read from it. No array, or one without rows, is a request that found none.
 Apuntadores::Page Apuntadores::AddRows(const Variant& vData, Fields oHeader, const std::u16string& Key) {
     if (!oHeader) throw AutomationError(StdError::ObjectVariableNotSet);
     const automation::Array* cells =
         vData.is_array() && vData.as_array().dimensions() == 2 ? &vData.as_array() : nullptr;
-    if (!cells) throw AutomationError(StdError::TypeMismatch);
-    const int32_t rows = cells->ubound(2) + 1;
+    if (!cells && !vData.is_empty() && !vData.is_null() && !(vData.is_object() && !vData.as_object()))
+        throw AutomationError(StdError::TypeMismatch);
+    const int32_t rows = cells ? cells->ubound(2) - cells->lbound(2) + 1 : 0;
+    if (rows <= 0) return Add(nullptr, nullptr, 0, Key);
+    std::vector<std::u16string> names = names_of(primary_key_);
     const auto row_at = [&](int32_t r) {
         auto row = automation::make_ref<collections::clsCeldos>();
         for (int32_t c = 0; c <= cells->ubound(1) && c < oHeader->get_Count(); ++c) {
             Variant position(c + 1);
             const auto field = oHeader->get_Item(position);
-            row->Append(field->copy(u"", cells->at(c, r)), Variant::missing(), Variant::missing(), u"");
+            // Only the key's columns: the others are no business of paging, and a value one of
+            // their fields refuses must not stop the page from being recorded.
+            bool key = names.empty();
+            for (const std::u16string& n : names) key = key || automation::equal_text(n, field->get_Name());
+            if (key) row->Append(field->copy(u"", cells->at(c, r)), Variant::missing(), Variant::missing(), u"");
         }
         return row;
     };
-    return rows > 0 ? Add(row_at(0), row_at(rows - 1), rows, Key) : Add(nullptr, nullptr, 0, Key);
+    return Add(row_at(cells->lbound(2)), row_at(cells->ubound(2)), rows, Key);
 }
 
 bool Apuntadores::Avanzar() {
@@ -137,7 +148,7 @@ bool Apuntadores::Retroceder() {
 
 void Apuntadores::requery(Fields pk, Asked asked) {
     asked_ = asked;
-    automation::Argument args[] = {{Variant(automation::Ref<automation::Object>(pk)), true}};
+    automation::Argument args[] = {{Variant(automation::Ref<automation::Object>(pk)), false}};
     raise_event(events::Apuntadores::Requery, args);
 }
 

@@ -42,7 +42,10 @@ public:
     void visit_references(automation::ReferenceVisitor& visitor) const override {
         for (const Page& p : pages_) visitor.visit(p.get());
     }
-    void drop_references() override { pages_.clear(); }
+    void drop_references() override {
+        pages_.clear();
+        current_ = 0;
+    }
 
 private:
     // What the last Requery asked for, which tells Add where the page it records goes.

@@ -130,8 +130,8 @@ std::optional<Variant> ISService::fetch_short(const std::u16string& query, int32
                                           automation::ByRef{status_arg}, automation::ByRef{header},
                                           automation::ByRef{absent}, automation::ByRef{*parameters}});
     }
-    if (header_back) *header_back = fields_in(header);
     if (automation::to_long(status_arg) < 0) return std::nullopt;
+    if (header_back) *header_back = fields_in(header);
     return data;
 }
 

@@ -65,14 +65,18 @@ std::vector<Placed> place_tree(const automation::Array& cells, const std::u16str
         if (!key.empty() && by_key.emplace(key, r).second) kept[static_cast<size_t>(r)] = true;
     }
     std::vector<std::vector<int32_t>> children(static_cast<size_t>(rows));
-    std::vector<int32_t> tops;
+    std::vector<int32_t> tops, parent_of(static_cast<size_t>(rows), -1);
     for (int32_t r = 0; r < rows; ++r) {
         if (!kept[static_cast<size_t>(r)]) continue;
         const std::u16string parent = text_cell(cells, kParent, r);
         const auto found = parent.empty() || parent == top ? by_key.end() : by_key.find(parent);
-        if (found == by_key.end()) tops.push_back(r);
-        else if (found->second != r) children[static_cast<size_t>(found->second)].push_back(r);
+        if (found == by_key.end()) {
+            tops.push_back(r);
+            continue;
+        }
+        parent_of[static_cast<size_t>(r)] = found->second;
         // A row that is its own parent is reached by no one: it is a cycle of one.
+        if (found->second != r) children[static_cast<size_t>(found->second)].push_back(r);
     }
     std::vector<Placed> order;
     order.reserve(static_cast<size_t>(rows));
@@ -91,8 +95,20 @@ std::vector<Placed> place_tree(const automation::Array& cells, const std::u16str
         }
     };
     for (int32_t r : tops) walk(r);
+    // What no root reaches hangs under a cycle. The chase up from such a row meets the cycle;
+    // the cycle's first row in data order becomes a root and everything under it follows, so
+    // each row is chased at most once before it is placed.
+    std::vector<int32_t> chased(static_cast<size_t>(rows), -1);
     for (int32_t r = 0; r < rows; ++r) {
-        if (kept[static_cast<size_t>(r)] && !placed[static_cast<size_t>(r)]) walk(r);
+        if (!kept[static_cast<size_t>(r)] || placed[static_cast<size_t>(r)]) continue;
+        int32_t x = r;
+        while (chased[static_cast<size_t>(x)] != r) {
+            chased[static_cast<size_t>(x)] = r;
+            x = parent_of[static_cast<size_t>(x)];
+        }
+        int32_t first = x;
+        for (int32_t y = parent_of[static_cast<size_t>(x)]; y != x; y = parent_of[static_cast<size_t>(y)]) first = std::min(first, y);
+        walk(first);
     }
     return order;
 }
@@ -143,7 +159,8 @@ void ISService::FillTreeView(Object& rtvwTree, const Variant& vData, const Varia
                                                    tree_image(cell(*cells, kImage, p.row), Imagen),
                                                    tree_image(cell(*cells, kSelectedImage, p.row), ImagenSelect)}));
                 added[static_cast<size_t>(p.row)] = true;
-                if (tagged) node.let(u"Tag", {text_cell(*cells, kTag, p.row)});
+                const Variant tag = cell(*cells, kTag, p.row);
+                if (tagged && !tag.is_empty() && !tag.is_null()) node.let(u"Tag", {tag});
             });
         }
     });
@@ -198,6 +215,7 @@ void ISService::FillFlexGridTree(Object rdbgSource, Variant& vData, Fields& rHea
             for (size_t i = 0; i < order.size(); ++i) {
                 const Placed& p = order[i];
                 const auto r = static_cast<int32_t>(i);
+                if (cells->ubound(1) >= kText && cells->at(kText, p.row).is_null()) cells->at(kText, p.row) = Variant(std::u16string());
                 outline.at(0, r) = Variant(std::u16string(static_cast<size_t>(p.level) * kIndentPerLevel, u' ') +
                                            (parent[static_cast<size_t>(p.row)] ? u"+ " : u"  ") +
                                            text_cell(*cells, kText, p.row));
@@ -230,7 +248,14 @@ void ISService::ExecFillFlexGridTree(Object rdbgSource, const std::u16string& vs
                                                   oarrParametros ? &parameters : nullptr, &header);
         if (oarrParametros) oarrParametros = fields_in(parameters);
         if (!rows) return;
-        Fields described = oHeader ? oHeader : header;
+        // The host's header describes every column, key and parent included; the grid shows
+        // the columns from the text on.
+        Fields described = oHeader;
+        if (!described && header) {
+            described = automation::make_ref<collections::clsCeldos>();
+            for (size_t i = kText; i < header->size(); ++i)
+                described->Append(automation::Ref<fields::clsCeldo>(&header->at(i)), Variant::missing(), Variant::missing(), u"");
+        }
         if (described) {
             Variant layout{automation::Ref<automation::Object>(described)};
             FlexGridHeader(rdbgSource, layout);

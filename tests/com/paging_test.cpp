@@ -73,7 +73,8 @@ TEST(PagingClient, RequeryCarriesTheKeyToFetchFromToAnEventSink) {
     SysFreeString(none);
 
     ASSERT_EQ(sink.ids, (std::vector<DISPID>{2, 2}));
-    ASSERT_TRUE(sink.keys[0] && sink.keys[1]) << sink.kinds[0];
+    EXPECT_EQ(sink.kinds, (std::vector<VARTYPE>{VT_DISPATCH, VT_DISPATCH})) << "PK goes by value, as declared";
+    ASSERT_TRUE(sink.keys[0] && sink.keys[1]);
     long count = -1;
     ASSERT_EQ(sink.keys[0]->get_Count(&count), S_OK);
     EXPECT_EQ(count, 0) << "the first page is asked for with an empty key";

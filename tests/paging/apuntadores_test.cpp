@@ -88,6 +88,8 @@ TEST(Apuntadores, ForwardToTheEndAndBackOverTenThousandRows) {
         EXPECT_EQ(host.shown.front(), seen[9800]);
         EXPECT_EQ(host.pages->get_Count(), 99);
         EXPECT_EQ(host.pages->get_Current()->get_Index(), 99);
+        EXPECT_TRUE(host.pages->Avanzar()) << "back from the end, forward works again";
+        EXPECT_EQ(host.shown.back(), seen.back());
     }
 }
 
@@ -131,9 +133,19 @@ TEST(Apuntadores, FilterPrimaryKeyMaxRowsAndThePointers) {
     EXPECT_EQ(testing::error_of([&] { host.pages->let_MaxRows(0); }).number(), 380);
     const Variant first_key = host.pages->get_Item(key)->get_First()->at(0).get_Value();
     EXPECT_EQ(automation::to_long(first_key), 410);
+    Variant current(2);
+    host.pages->Remove(current);  // the current page: the one before it is current
+    EXPECT_EQ(host.pages->get_Current()->get_Index(), 1);
+    host.pages->let_Filter(u"Activo = 1");  // the same filter: nothing happens
+    EXPECT_EQ(host.pages->get_Count(), 1);
+    EXPECT_EQ(host.pages->AddRows(Variant(), host.header, u"").get(), nullptr);  // no rows
+    EXPECT_EQ(testing::error_of([&] { host.pages->Add(host.header, nullptr, 0, u""); }).number(), 91);
+    EXPECT_EQ(testing::error_of([&] { host.pages->Add(make_ref<collections::clsCeldos>(), host.header, 0, u""); }).number(), 5);
+    host.pages->let_Filter(u"Activo = 0");  // a new filter: the pages go, the first is asked for
+    EXPECT_EQ(host.asked.back(), "first");
     host.pages->let_PrimaryKey(u"Numero");  // a new key: the pages go, nothing is asked
     EXPECT_EQ(host.pages->get_Count(), 0);
-    EXPECT_EQ(host.asked.size(), 3u);
+    EXPECT_EQ(host.asked.size(), 4u);
 }
 
 }  // namespace

@@ -1,6 +1,12 @@
 // Trees: rows placed parent first whatever their order, tree views and the flex-grid outline.
 #include "tests/services/doubles.hpp"
 
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <pthread.h>
+#endif
+
 namespace celdo::services {
 namespace {
 
@@ -34,6 +40,7 @@ TEST_F(ServiceTrees, RowsArePlacedParentFirstWhateverTheirOrder) {
         {{{1, 9, u"a"}, {u"A", u"", u"x"}}, u"", "K1 A"},                       // an orphan is a root
         {{{1, u"", u"a"}, {1, u"", u"b"}, {2, 1, u"c"}}, u"", "K1 K2<K1"},       // a repeated key: the first
         {{{1, 2, u"a"}, {2, 1, u"b"}, {3, u"", u"c"}}, u"", "K3 K1 K2<K1"},      // a cycle, broken at its first row
+        {{{5, 2, u"e"}, {1, 2, u"a"}, {2, 1, u"b"}}, u"", "K1 K2<K1 K5<K2"},    // a row under a cycle stays under it
         {{{1, 1, u"a"}}, u"", "K1"},                                             // its own parent
         {{{u"", u"", u"x"}, {Variant::null(), u"", u"y"}, {1, u"", u"a"}}, u"", "K1"},  // no key: left out
         {{{1, u"P", u"a"}, {2, u"", u"b"}, {3, 1, u"c"}}, u"P", "K1<P K3<K1 K2<P"},     // a branch under P
@@ -58,12 +65,35 @@ TEST_F(ServiceTrees, ARefusedNodeTakesItsDescendantsImagesFallBackAndTagsAreSet)
     EXPECT_EQ(t.tree->lines("node: Let Tag"), R"(node: Let Tag = "t1"; node: Let Tag = "t4")");
 }
 
+// Runs `body` on a thread with a small stack, where a fill that recursed once per level would
+// overflow long before 10,000 levels.
+template <class F>
+void on_small_stack(F body) {
+    constexpr size_t kStack = 512 * 1024;
+#ifdef _WIN32
+    HANDLE thread = CreateThread(nullptr, kStack, [](LPVOID f) -> DWORD { (*static_cast<F*>(f))(); return 0; }, &body,
+                                 STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    ASSERT_NE(thread, nullptr);
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+#else
+    pthread_attr_t attr;
+    pthread_attr_init(&attr);
+    pthread_attr_setstacksize(&attr, kStack);
+    pthread_t thread;
+    ASSERT_EQ(pthread_create(&thread, &attr, [](void* f) -> void* { (*static_cast<F*>(f))(); return nullptr; }, &body), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attr);
+#endif
+}
+
 TEST_F(ServiceTrees, ATenThousandLevelTreeIsFilledWithoutRecursion) {
     std::vector<std::vector<Variant>> rows;
     for (int32_t i = 10000; i >= 1; --i) rows.push_back({i, i - 1, u"n"});
+    const Variant data = matrix(rows);
     TreeDouble t;
     Control tree = t.tree;
-    s.FillTreeView(tree, matrix(rows), Variant::missing(), Variant::missing(), u"");
+    on_small_stack([&] { s.FillTreeView(tree, data, Variant::missing(), Variant::missing(), u""); });
     EXPECT_EQ(std::count(t.added.begin(), t.added.end(), '<'), 9999);
     EXPECT_EQ(t.added.substr(0, 9), "K1 K2<K1 ");
 }
@@ -142,6 +172,16 @@ TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels
     EXPECT_EQ(grid->lines("RowHeight("), "grid: Let RowHeight(2) = 0; grid: Let RowHeight(3) = 0");
     EXPECT_EQ(render(rows.as_array().at(3, 0)), R"("")");  // the caller's Null, as shown
     EXPECT_EQ(grid->count("Redraw"), 2);
+
+    // From the data-access object: its header's key and parent fields are not shown columns.
+    grid->log->clear();
+    s.set_Ex(data_access(true, matrix({{1, u"", u"a", 10}}), header({{u"Id", exLong}, {u"Parent", exLong},
+                                                                    {u"Name", exText}, {u"Amount", exLong, u"0.0"}})));
+    Fields none;
+    s.ExecFillFlexGridTree(shown, u"Select", exOpenStatic, none, nullptr);
+    EXPECT_EQ(render(grid->props["TextMatrix(1, 2)"]), R"("10.0")");
+    EXPECT_NE(render(grid->props["FormatString"]).find("Name"), std::string::npos);
+    EXPECT_EQ(render(grid->props["FormatString"]).find("Parent"), std::string::npos);
 }
 
 }  // namespace
