@@ -67,12 +67,19 @@ TEST_F(ServiceTrees, ARefusedNodeTakesItsDescendantsImagesFallBackAndTagsAreSet)
 
 // Runs `body` on a thread with a small stack, where a fill that recursed once per level would
 // overflow long before 10,000 levels.
+#ifdef _WIN32
+template <class F>
+DWORD WINAPI run_body(LPVOID f) {
+    (*static_cast<F*>(f))();
+    return 0;
+}
+#endif
+
 template <class F>
 void on_small_stack(F body) {
     constexpr size_t kStack = 512 * 1024;
 #ifdef _WIN32
-    HANDLE thread = CreateThread(nullptr, kStack, [](LPVOID f) -> DWORD { (*static_cast<F*>(f))(); return 0; }, &body,
-                                 STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    HANDLE thread = CreateThread(nullptr, kStack, &run_body<F>, &body, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     ASSERT_NE(thread, nullptr);
     WaitForSingleObject(thread, INFINITE);
     CloseHandle(thread);
