@@ -26,6 +26,11 @@ ObjectRegistry& ObjectRegistry::current() noexcept {
     return *registry;
 }
 
+void ObjectRegistry::thread_ending() noexcept {
+    ObjectRegistry& registry = current();
+    if (registry.objects_.empty()) std::vector<Object*>().swap(registry.objects_);
+}
+
 void ObjectRegistry::add(Object* o) {
     objects_.push_back(o);
     o->registry_ = this;

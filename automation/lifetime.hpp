@@ -21,6 +21,9 @@ class ObjectRegistry {
 public:
     // The registry of the calling thread (objects belong to the thread that made them).
     static ObjectRegistry& current() noexcept;
+    // For a thread that ends: the registry outlives it, so with no object of the thread left
+    // the storage of its list is given back here rather than left behind.
+    static void thread_ending() noexcept;
 
     size_t live() const noexcept { return objects_.size(); }
     // Frees every unreachable object and returns how many were freed. A collection asked for

@@ -7,6 +7,7 @@
 
 #include "automation/component.hpp"
 #include "automation/dispatch.hpp"
+#include "automation/lifetime.hpp"
 #include "com/class_registry.hpp"
 #include "com/errors.hpp"
 #include "com/pictures.hpp"
@@ -66,7 +67,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {
         celdo::com::set_module_handle(instance);
         celdo::services::install_picture_loader(&celdo::com::load_picture);
-        DisableThreadLibraryCalls(instance);
+    } else if (reason == DLL_THREAD_DETACH) {
+        celdo::automation::ObjectRegistry::thread_ending();
     } else if (reason == DLL_PROCESS_DETACH) {
         celdo::com::report_lifetime();
     }

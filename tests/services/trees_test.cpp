@@ -1,4 +1,5 @@
 // Trees: rows placed parent first whatever their order, tree views and the flex-grid outline.
+#include "automation/lifetime.hpp"
 #include "tests/services/doubles.hpp"
 
 #ifdef _WIN32
@@ -66,11 +67,16 @@ TEST_F(ServiceTrees, ARefusedNodeTakesItsDescendantsImagesFallBackAndTagsAreSet)
 }
 
 // Runs `body` on a thread with a small stack, where a fill that recursed once per level would
-// overflow long before 10,000 levels.
+// overflow long before 10,000 levels. The thread ends as the DLL sees threads end.
+template <class F>
+void run_body(void* f) {
+    (*static_cast<F*>(f))();
+    automation::ObjectRegistry::thread_ending();
+}
 #ifdef _WIN32
 template <class F>
-DWORD WINAPI run_body(LPVOID f) {
-    (*static_cast<F*>(f))();
+DWORD WINAPI run_thread(LPVOID f) {
+    run_body<F>(f);
     return 0;
 }
 #endif
@@ -79,7 +85,7 @@ template <class F>
 void on_small_stack(F body) {
     constexpr size_t kStack = 512 * 1024;
 #ifdef _WIN32
-    HANDLE thread = CreateThread(nullptr, kStack, &run_body<F>, &body, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    HANDLE thread = CreateThread(nullptr, kStack, &run_thread<F>, &body, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
     ASSERT_NE(thread, nullptr);
     WaitForSingleObject(thread, INFINITE);
     CloseHandle(thread);
@@ -88,7 +94,7 @@ void on_small_stack(F body) {
     pthread_attr_init(&attr);
     pthread_attr_setstacksize(&attr, kStack);
     pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attr, [](void* f) -> void* { (*static_cast<F*>(f))(); return nullptr; }, &body), 0);
+    ASSERT_EQ(pthread_create(&thread, &attr, [](void* f) -> void* { run_body<F>(f); return nullptr; }, &body), 0);
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attr);
 #endif
