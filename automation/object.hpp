@@ -4,6 +4,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -29,6 +30,21 @@ inline constexpr int32_t kDefaultMember = 0;
 inline constexpr int32_t kNewEnumMember = -4;
 
 class Object;
+
+// Receives the events an object raises, by name (see Object::listen).
+class EventSink {
+public:
+    virtual void on_event(std::u16string_view name) = 0;
+
+protected:
+    ~EventSink() = default;
+};
+
+// Keeps a sink listening for as long as it lives.
+class Subscription {
+public:
+    virtual ~Subscription() = default;
+};
 
 // Receives the objects that another object holds strong references to (see
 // Object::visit_references).
@@ -65,6 +81,9 @@ public:
     // Calls a member. Arguments come in source order; a by-reference argument may be changed
     // and the caller copies it back. Failures throw AutomationError.
     virtual Variant invoke(int32_t member, uint16_t call, std::span<Argument> args) = 0;
+    // Delivers the events the object raises to `sink` until the answer is destroyed (the sink
+    // outlives it); an object that raises none answers null.
+    virtual std::unique_ptr<Subscription> listen(EventSink&) { return nullptr; }
 
     // For the cycle collector: every strong reference this object holds to another object,
     // each exactly once. An object that reports none is never part of a collected cycle (the

@@ -252,8 +252,9 @@ Variant from_variant(const VARIANT* value) {
 
 Variant from_object(IUnknown* value) {
     if (!value) return Variant::nothing();
-    if (com_ptr<ICeldoCore> own = query<ICeldoCore>(value, IID_ICeldoCore))
-        return Variant(Ref<automation::Component>(own->core()));
+    if (com_ptr<ICeldoCore> own = query<ICeldoCore>(value, IID_ICeldoCore)) {
+        if (automation::Component* core = own->core(&IID_ICeldoCore)) return Variant(Ref<automation::Component>(core));
+    }
     // An enumerator handed out by a host collection: walked, never called by name.
     if (!query<IDispatch>(value, IID_IDispatch)) {
         if (com_ptr<IEnumVARIANT> items = query<IEnumVARIANT>(value, IID_IEnumVARIANT))

@@ -124,7 +124,9 @@ public:
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID riid, IConnectionPoint** out) override {
         return find_connection_point(riid, out);
     }
-    automation::Component* STDMETHODCALLTYPE core() override { return &core_object(); }
+    automation::Component* STDMETHODCALLTYPE core(const void* module) override {
+        return module == &IID_ICeldoCore ? &core_object() : nullptr;
+    }
 };
 
 }  // namespace celdo::com

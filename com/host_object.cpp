@@ -1,11 +1,13 @@
 #include "com/host_object.hpp"
 
 #include <dispex.h>
+#include <ocidl.h>
 
 #include "automation/error.hpp"
 #include "automation/textops.hpp"
 #include "com/bridge.hpp"
 #include "com/errors.hpp"
+#include "com/unknown.hpp"
 
 namespace celdo::com {
 
@@ -43,7 +45,131 @@ void bind_reference(VARIANTARG* arg, VARIANT* slot, VARTYPE declared, const Vari
     V_BYREF(arg) = data_of(slot);
 }
 
+// The dispinterface through which an object raises its events: its class's default source
+// when it tells its class (as controls do), otherwise the first of its connection points that
+// its own type library describes.
+com_ptr<ITypeInfo> event_interface(IUnknown* object, IDispatch* dispatch, IConnectionPointContainer* container) {
+    if (auto provide = query<IProvideClassInfo>(object, IID_IProvideClassInfo)) {
+        com_ptr<ITypeInfo> coclass;
+        if (SUCCEEDED(provide->GetClassInfo(coclass.put())) && coclass) {
+            type_attr attr(coclass.get());
+            const WORD count = SUCCEEDED(coclass->GetTypeAttr(attr.put())) && attr.get() ? attr.get()->cImplTypes : 0;
+            for (WORD i = 0; i < count; ++i) {
+                INT flags = 0;
+                HREFTYPE ref = 0;
+                com_ptr<ITypeInfo> source;
+                const INT wanted = IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE;
+                if (SUCCEEDED(coclass->GetImplTypeFlags(i, &flags)) && (flags & wanted) == wanted &&
+                    SUCCEEDED(coclass->GetRefTypeOfImplType(i, &ref)) &&
+                    SUCCEEDED(coclass->GetRefTypeInfo(ref, source.put())))
+                    return source;
+            }
+        }
+    }
+    com_ptr<ITypeInfo> own;
+    com_ptr<ITypeLib> library;
+    UINT index = 0;
+    com_ptr<IEnumConnectionPoints> points;
+    if (!dispatch || FAILED(dispatch->GetTypeInfo(0, LOCALE_USER_DEFAULT, own.put())) || !own ||
+        FAILED(own->GetContainingTypeLib(library.put(), &index)) || FAILED(container->EnumConnectionPoints(points.put())) ||
+        !points)
+        return nullptr;
+    for (com_ptr<IConnectionPoint> point; points->Next(1, point.put(), nullptr) == S_OK;) {
+        IID iid;
+        com_ptr<ITypeInfo> source;
+        if (SUCCEEDED(point->GetConnectionInterface(&iid)) && SUCCEEDED(library->GetTypeInfoOfGuid(iid, source.put())))
+            return source;
+    }
+    return nullptr;
+}
+
+// Receives a host object's events and hands them on by the names its type information gives.
+class EventForwarder final : public SingleInterface<IDispatch> {
+public:
+    EventForwarder(REFIID source, com_ptr<ITypeInfo> names, automation::EventSink& sink)
+        : SingleInterface<IDispatch>(source), names_(std::move(names)), sink_(&sink) {}
+
+    // Called when the subscription ends: events still on their way are dropped.
+    void detach() noexcept { sink_ = nullptr; }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
+        if (out && riid == IID_IDispatch) {
+            *out = static_cast<IDispatch*>(this);
+            AddRef();
+            return S_OK;
+        }
+        return SingleInterface<IDispatch>::QueryInterface(riid, out);
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+        if (!count) return E_POINTER;
+        *count = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return DISP_E_UNKNOWNNAME;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception,
+                                     UINT*) override {
+        // The sink may end the subscription, and with it this object's last reference.
+        const com_ptr<IDispatch> keep = com_ptr<IDispatch>::copy(this);
+        unique_bstr name;
+        UINT found = 0;
+        if (!sink_ || FAILED(names_->GetNames(event, name.put(), 1, &found)) || found == 0) return S_OK;
+        HostCall call;
+        try {
+            sink_->on_event(text_of(name.get()));
+            return S_OK;
+        } catch (...) {
+            return caught_error(IID_IDispatch, Boundary::Dispatch, exception);
+        }
+    }
+
+private:
+    com_ptr<ITypeInfo> names_;
+    automation::EventSink* sink_;
+};
+
+// A forwarder advised on a connection point, unadvised when it goes. Made before it advises,
+// so that nothing can fail between advising and owning the cookie.
+class Advised final : public automation::Subscription {
+public:
+    Advised(com_ptr<IConnectionPoint> point, com_ptr<EventForwarder> forwarder)
+        : point_(std::move(point)), forwarder_(std::move(forwarder)) {}
+    ~Advised() override {
+        forwarder_->detach();
+        if (advised_) point_->Unadvise(cookie_);
+    }
+    HRESULT advise() noexcept {
+        const HRESULT hr = point_->Advise(forwarder_.get(), &cookie_);
+        advised_ = SUCCEEDED(hr);
+        return hr;
+    }
+
+private:
+    com_ptr<IConnectionPoint> point_;
+    com_ptr<EventForwarder> forwarder_;
+    DWORD cookie_ = 0;
+    bool advised_ = false;
+};
+
 }  // namespace
+
+std::unique_ptr<automation::Subscription> HostObject::listen(automation::EventSink& sink) {
+    auto container = query<IConnectionPointContainer>(unknown_.get(), IID_IConnectionPointContainer);
+    if (!container) return nullptr;
+    com_ptr<ITypeInfo> source = event_interface(unknown_.get(), dispatch_.get(), container.get());
+    if (!source) return nullptr;
+    type_attr attr(source.get());
+    com_ptr<IConnectionPoint> point;
+    if (FAILED(source->GetTypeAttr(attr.put())) || !attr.get() ||
+        FAILED(container->FindConnectionPoint(attr.get()->guid, point.put())) || !point)
+        return nullptr;
+    auto forwarder = com_ptr<EventForwarder>::copy(new EventForwarder(attr.get()->guid, source, sink));
+    auto subscription = std::make_unique<Advised>(std::move(point), std::move(forwarder));
+    if (const HRESULT hr = subscription->advise(); FAILED(hr)) throw error_from_call(hr, nullptr);
+    return subscription;
+}
 
 std::u16string HostObject::type_name() const {
     // The class name when the object tells it, otherwise its interface's name without the

@@ -26,6 +26,9 @@ public:
     std::optional<int32_t> member_id(std::u16string_view name) override;
     automation::Variant invoke(int32_t member, uint16_t call,
                                std::span<automation::Argument> args) override;
+    // Through the connection point of the object's default source interface, whose type
+    // information names the events.
+    std::unique_ptr<automation::Subscription> listen(automation::EventSink& sink) override;
 
 private:
     // How each parameter of a member is declared (VT_EMPTY when the object has no type

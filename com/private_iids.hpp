@@ -16,8 +16,10 @@ namespace celdo::com {
 extern const IID IID_ICeldoCore;
 
 struct ICeldoCore : public IUnknown {
-    // The core object, without a reference added.
-    virtual automation::Component* STDMETHODCALLTYPE core() = 0;
+    // The core object, without a reference added, when the caller is the same module
+    // (`module` is its &IID_ICeldoCore); null for another module, such as a second copy of
+    // the library loaded side by side, whose objects it must call as any host's.
+    virtual automation::Component* STDMETHODCALLTYPE core(const void* module) = 0;
 };
 
 }  // namespace celdo::com

@@ -48,6 +48,20 @@ void Apuntadores::let_Filter(const std::u16string& value) {
     requery(key_of(nullptr, u">"), Asked::Nothing);
 }
 
+// Listening starts before the old control is let go, so that a control whose events cannot be
+// listened to leaves everything as it was.
+void Apuntadores::set_Control(automation::Ref<automation::Object> value) {
+    std::unique_ptr<automation::Subscription> listening = value ? value->listen(*this) : nullptr;
+    listening_ = std::move(listening);
+    control_ = std::move(value);
+}
+
+// A flex grid tells that the user entered a cell with EnterCell, a list view with ItemClick.
+void Apuntadores::on_event(std::u16string_view name) {
+    if (!automation::equal_text(name, u"EnterCell") && !automation::equal_text(name, u"ItemClick")) return;
+    raise_event(events::Apuntadores::EnterCell);
+}
+
 Apuntadores::Fields Apuntadores::key_of(const Fields& row, const std::u16string& op) const {
     auto pk = automation::make_ref<collections::clsCeldos>();
     if (!row) return pk;
@@ -96,8 +110,6 @@ Apuntadores::Page Apuntadores::Add(Fields First, Fields Last, int32_t Rows, cons
     return page;
 }
 
-// Column c of the array is described by the header's field c + 1; the first and last rows'
-// key fields are read from it.
 // Column c of the array is described by the header's field c + 1; the key fields of the first
 // and last rows are read from it. No array, or one without rows, is a request that found none.
 Apuntadores::Page Apuntadores::AddRows(const Variant& vData, Fields oHeader, const std::u16string& Key) {

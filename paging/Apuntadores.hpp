@@ -16,7 +16,7 @@
 
 namespace celdo::paging {
 
-class Apuntadores final : public automation::Declared<Apuntadores> {
+class Apuntadores final : public automation::Declared<Apuntadores>, private automation::EventSink {
 public:
     using Variant = automation::Variant;
     using Fields = automation::Ref<collections::clsCeldos>;
@@ -28,6 +28,8 @@ public:
     void let_MaxRows(int32_t value);
     std::u16string get_Filter() const { return filter_; }
     void let_Filter(const std::u16string& value);
+    automation::Ref<automation::Object> get_Control() const { return control_; }
+    void set_Control(automation::Ref<automation::Object> value);
     Page Add(Fields First, Fields Last, int32_t Rows, const std::u16string& Key);
     Page AddRows(const Variant& vData, Fields oHeader, const std::u16string& Key);
     bool Avanzar();
@@ -41,8 +43,11 @@ public:
 
     void visit_references(automation::ReferenceVisitor& visitor) const override {
         for (const Page& p : pages_) visitor.visit(p.get());
+        visitor.visit(control_.get());
     }
     void drop_references() override {
+        listening_.reset();
+        control_ = nullptr;
         pages_.clear();
         current_ = 0;
     }
@@ -56,6 +61,7 @@ private:
     Fields key_of(const Fields& row, const std::u16string& op) const;
     void requery(Fields pk, Asked asked);
     void renumber();
+    void on_event(std::u16string_view name) override;
 
     std::u16string primary_key_;
     int32_t max_rows_ = 100;
@@ -64,6 +70,8 @@ private:
     size_t current_ = 0;  // from 1; 0 before the first page
     Asked asked_ = Asked::Nothing;
     bool at_end_ = false;  // the page after the current one came back empty
+    automation::Ref<automation::Object> control_;
+    std::unique_ptr<automation::Subscription> listening_;  // to control_'s events; goes first
 };
 
 }  // namespace celdo::paging

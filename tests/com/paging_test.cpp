@@ -1,7 +1,9 @@
 // Keyset paging from a C++ client, the way a VB6 form with WithEvents meets it: Requery reaches
-// an event sink through the connection point, with the key to fetch from as a clsCeldos.
+// an event sink through the connection point, with the key to fetch from as a clsCeldos, and
+// the cell events of the control shown come back as EnterCell.
 #include <gtest/gtest.h>
 
+#include "CeldoProbe_h.h"
 #include "Celdo_h.h"
 #include "tests/com/com_test.hpp"
 
@@ -93,6 +95,56 @@ TEST(PagingClient, RequeryCarriesTheKeyToFetchFromToAnEventSink) {
 
     sink.keys.clear();
     ASSERT_EQ(point->Unadvise(cookie), S_OK);
+    EXPECT_EQ(sink.refs, 1u);
+}
+
+// The probe from its own DLL stands for a flex grid: its Enter raises EnterCell, as a grid
+// does when the user enters a cell.
+TEST(PagingClient, TheControlsCellEventsComeBackAsEnterCell) {
+    ComPtr<_Apuntadores> pages;
+    ASSERT_EQ(CoCreateInstance(CLSID_Apuntadores, nullptr, CLSCTX_INPROC_SERVER, IID__Apuntadores, pages.out_void()),
+              S_OK);
+    ComPtr<IConnectionPointContainer> container;
+    ASSERT_EQ(pages->QueryInterface(IID_IConnectionPointContainer, container.out_void()), S_OK);
+    ComPtr<IConnectionPoint> point;
+    ASSERT_EQ(container->FindConnectionPoint(DIID___Apuntadores, point.out()), S_OK);
+    PagingSink sink;
+    DWORD cookie = 0;
+    ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
+    ComPtr<_Probe> grid;
+    ASSERT_EQ(CoCreateInstance(CLSID_Probe, nullptr, CLSCTX_INPROC_SERVER, IID__Probe, grid.out_void()), S_OK);
+
+    const auto listeners = [&] {
+        ComPtr<IConnectionPointContainer> grid_points;
+        ComPtr<IConnectionPoint> grid_point;
+        ComPtr<IEnumConnections> each;
+        CONNECTDATA data;
+        int n = 0;
+        if (grid->QueryInterface(IID_IConnectionPointContainer, grid_points.out_void()) == S_OK &&
+            grid_points->FindConnectionPoint(DIID___Probe, grid_point.out()) == S_OK &&
+            grid_point->EnumConnections(each.out()) == S_OK)
+            for (; each->Next(1, &data, nullptr) == S_OK; ++n) data.pUnk->Release();
+        return n;
+    };
+
+    ASSERT_EQ(pages->putref_Control(grid.get()), S_OK);
+    EXPECT_EQ(listeners(), 1);
+    ComPtr<IDispatch> shown;
+    ASSERT_EQ(pages->get_Control(shown.out()), S_OK);
+    EXPECT_EQ(shown.get(), static_cast<IDispatch*>(grid.get()));
+    EXPECT_EQ(grid->Enter(), S_OK);
+    EXPECT_EQ(grid->Ring(1), S_OK);  // another event of the grid: not a cell entered
+    EXPECT_EQ(sink.ids, std::vector<DISPID>{1});
+    ASSERT_EQ(pages->putref_Control(nullptr), S_OK);
+    EXPECT_EQ(grid->Enter(), S_OK);
+    EXPECT_EQ(sink.ids.size(), 1u);
+    EXPECT_EQ(listeners(), 0) << "a control no longer shown is no longer listened to";
+
+    // Released while listening: the grid's connection goes with the pages.
+    ASSERT_EQ(pages->putref_Control(grid.get()), S_OK);
+    ASSERT_EQ(point->Unadvise(cookie), S_OK);
+    point.reset(), container.reset(), pages.reset();
+    EXPECT_EQ(listeners(), 0);
     EXPECT_EQ(sink.refs, 1u);
 }
 

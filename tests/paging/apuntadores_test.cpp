@@ -38,9 +38,18 @@ struct Host final : automation::Peer {
         }
         pages->let_PrimaryKey(two ? u"Serie, Numero" : u"Numero");
     }
-    ~Host() { pages->detach_peer(this); }
+    ~Host() {
+        if (pages) pages->detach_peer(this);
+    }
 
+    int entered = 0;
+    bool drop_on_enter = false;  // the handler lets the pages go, as a closing form does
     void raise_event(int32_t event, std::span<Argument> args) override {
+        if (event == events::Apuntadores::EnterCell) {
+            ++entered;
+            if (drop_on_enter) pages = nullptr;
+            return;
+        }
         ASSERT_EQ(event, events::Apuntadores::Requery);
         const Fields pk(dynamic_cast<collections::clsCeldos*>(args[0].value.as_object()));
         auto it = table.begin();
@@ -146,6 +155,46 @@ TEST(Apuntadores, FilterPrimaryKeyMaxRowsAndThePointers) {
     host.pages->let_PrimaryKey(u"Numero");  // a new key: the pages go, nothing is asked
     EXPECT_EQ(host.pages->get_Count(), 0);
     EXPECT_EQ(host.asked.size(), 4u);
+}
+
+// A control that raises the events it is told to, to whoever listens.
+struct Grid final : automation::Object {
+    automation::EventSink* sink = nullptr;
+    std::u16string type_name() const override { return u"MSFlexGrid"; }
+    std::optional<int32_t> member_id(std::u16string_view) override { return std::nullopt; }
+    Variant invoke(int32_t, uint16_t, std::span<Argument>) override { return {}; }
+    std::unique_ptr<automation::Subscription> listen(automation::EventSink& s) override {
+        struct Stop final : automation::Subscription {
+            Grid* grid;
+            explicit Stop(Grid* g) : grid(g) {}
+            ~Stop() override { grid->sink = nullptr; }
+        };
+        sink = &s;
+        return std::make_unique<Stop>(this);
+    }
+    void raise(std::u16string_view name) {
+        if (sink) sink->on_event(name);
+    }
+};
+
+TEST(Apuntadores, TheControlsCellEventsRaiseEnterCellWhileItIsTheControl) {
+    Host host(10, false);
+    auto grid = make_ref<Grid>(), list = make_ref<Grid>();
+    host.pages->set_Control(grid);
+    for (const char16_t* event : {u"EnterCell", u"itemclick", u"Click", u"LeaveCell"}) grid->raise(event);
+    EXPECT_EQ(host.entered, 2);
+    host.pages->set_Control(list);  // the grid is no longer listened to
+    EXPECT_EQ(grid->sink, nullptr);
+    list->raise(u"ItemClick");
+    EXPECT_EQ(host.entered, 3);
+    host.pages->set_Control(nullptr);
+    EXPECT_EQ(list->sink, nullptr);
+
+    host.pages->set_Control(grid);
+    host.drop_on_enter = true;  // the pages go during their own event, and stop listening after it
+    grid->raise(u"EnterCell");
+    EXPECT_EQ(host.entered, 4);
+    EXPECT_EQ(grid->sink, nullptr);
 }
 
 }  // namespace

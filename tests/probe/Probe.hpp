@@ -55,6 +55,7 @@ public:
     std::u16string Shape(const automation::Variant& data) const;
     void Raise(int32_t number, const std::u16string& source, const std::u16string& description) const;
     void Ring(int32_t times);
+    void Enter() { raise_event(events::Probe::EnterCell); }
     void Add(const automation::Variant& item) { items_.push_back(item); }
     // Late-bound calls into a host object, as the services make them.
     automation::Variant Call(automation::Ref<automation::Object> target, const std::u16string& member,
