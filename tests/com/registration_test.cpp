@@ -18,10 +18,31 @@ constexpr wchar_t kPlatform[] = L"win32";
 std::wstring clsid_key(REFCLSID clsid) { return L"CLSID\\" + guid_text(clsid); }
 std::wstring library_key() { return L"TypeLib\\" + guid_text(LIBID_Celdo); }
 
-TEST(Registration, ProgIdLeadsToTheClass) {
-    CLSID clsid{};
-    ASSERT_EQ(CLSIDFromProgID(L"Celdo.Constants", &clsid), S_OK);
-    EXPECT_TRUE(IsEqualGUID(clsid, CLSID_Constants));
+// Every creatable class: its ProgID leads to it, and the type library lists it as creatable.
+TEST(Registration, EachProgIdLeadsToItsClassInTheTypeLibrary) {
+    ComPtr<ITypeLib> library;
+    ASSERT_EQ(LoadRegTypeLib(LIBID_Celdo, 1, 0, 0, library.out()), S_OK);
+    const std::pair<const wchar_t*, const CLSID*> classes[] = {
+        {L"clsCeldo", &CLSID_clsCeldo},       {L"clsCeldos", &CLSID_clsCeldos},
+        {L"Constants", &CLSID_Constants},     {L"clsRegistro", &CLSID_clsRegistro},
+        {L"CeldosSeguimiento", &CLSID_CeldosSeguimiento}, {L"ISService", &CLSID_ISService},
+        {L"Apuntador", &CLSID_Apuntador},     {L"Apuntadores", &CLSID_Apuntadores}};
+    for (const auto& [name, expected] : classes) {
+        CLSID clsid{};
+        EXPECT_EQ(CLSIDFromProgID((L"Celdo." + std::wstring(name)).c_str(), &clsid), S_OK) << name;
+        EXPECT_TRUE(IsEqualGUID(clsid, *expected)) << name;
+        ComPtr<ITypeInfo> coclass;
+        ASSERT_EQ(library->GetTypeInfoOfGuid(*expected, coclass.out()), S_OK) << name;
+        TYPEATTR* attr = nullptr;
+        ASSERT_EQ(coclass->GetTypeAttr(&attr), S_OK);
+        EXPECT_EQ(attr->typekind, TKIND_COCLASS) << name;
+        EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FCANCREATE) << name;
+        coclass->ReleaseTypeAttr(attr);
+        BSTR shown = nullptr;
+        coclass->GetDocumentation(MEMBERID_NIL, &shown, nullptr, nullptr, nullptr);
+        EXPECT_STREQ(shown, name);
+        SysFreeString(shown);
+    }
 }
 
 TEST(Registration, ClassIsAnApartmentServerInThisDll) {
