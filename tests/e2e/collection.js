@@ -1,21 +1,14 @@
-// clsCeldos under JScript: the default member called as a function, the Enumerator object,
-// optional arguments left out, errors.
+// clsCeldos under JScript: the default member called as a function, the Enumerator object, and
+// a field's refusal as an exception.
 // wine-run: the host keeps objects (Wine's JScript Enumerator never releases the collection it walks).
 var row = new ActiveXObject("Celdo.clsCeldos");
 var f = row.Add("Codigo", "COD", exLong);
 row.Add("Nombre", "NOM", exText);
 check(row("codigo") === f, "the default member called with a key");
-check(row.Item(1) === f, "Item by position");
-checkEqual(row.Count, 2, "Count");
 var names = "";
 for (var e = new Enumerator(row); !e.atEnd(); e.moveNext()) names += e.item().Name + ";";
 checkEqual(names, "Codigo;Nombre;", "Enumerator walks the fields");
-f.Value = "41";
-checkEqual(f.Value, 41, "a Long field from text");
 checkThrows(function () { f.Value = "cuarenta"; }, -2147221504, "Tipo de dato no valido para : Codigo (COD)",
             "the refused value's error");
 checkThrows(function () { return row("nada"); }, 5, "", "a missing key");
-var child = row("Nombre");
-child.Children.Add("Hijo", "", exText);
-checkEqual(child.HasChildren, true, "children added through the property's collection");
 finish();

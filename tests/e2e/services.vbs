@@ -1,128 +1,9 @@
-' ISService from VBScript against real COM, through script doubles of the controls disguised by
-' the test probe (a type name, short calls padded). The algorithms have native tests; this
-' checks what only a script host shows: arguments written back by reference, omitted optional
-' arguments, which errors reach the caller and which are swallowed, and object lifetimes.
-Dim terminated
-terminated = 0
-
-' The host's data-access object. ExecFillArray records what it was given and writes back, by
-' reference, a failed status (which only the flex grid heeds), the Give* objects and 25 rows.
-Class DataAccessDouble
-    Public HayConexion
-    Public Received
-    Public Types
-    Public GiveHeader
-    Public GiveParameters
-    Public GiveData
-    Private Sub Class_Terminate()
-        terminated = terminated + 1
-    End Sub
-    Public Function ExecFillArray(ByRef query, ByRef mode, ByRef status, ByRef header, ByRef options, ByRef params, ByRef maxRows)
-        ' Wine's Join fails on an array of by-reference arguments: the texts are concatenated.
-        Received = query & "," & mode & "," & status & "," & Named(header) & "," & options & "," & _
-            Named(params) & "," & maxRows
-        Types = VarType(query) & "," & VarType(mode) & "," & VarType(status) & "," & VarType(header) & "," & _
-            VarType(options) & "," & VarType(params) & "," & VarType(maxRows)
-        status = -1
-        Set header = GiveHeader
-        Set params = GiveParameters
-        maxRows = 25
-        ExecFillArray = GiveData
-    End Function
-    ' Wine's TypeName(Nothing) crashes.
-    Private Function Named(value)
-        Named = "Nothing"
-        If Not value Is Nothing Then Named = TypeName(value)
-    End Function
-End Class
-
-' A combo box whose items refuse to give their data.
-Class ComboDouble
-    Public ListCount
-    Public Property Get ItemData(i)
-        Err.Raise 380, "ComboBox", "Invalid property value"
-    End Property
-End Class
-
-' A text box on a form has Name and Parent from its container; a lookalike lacks Parent.
-Class TextBoxDouble
-    Public Name
-    Public Parent
-End Class
-
-Class LooseTextBoxDouble
-    Public Name
-End Class
-
-' A list view's items or column headers: each entry added is appended to Shown, an item's
-' sub-items after its text. SubItems(RefuseAt) is refused, as a control refuses a bad value.
-' All start Empty, which the service reads as 0.
-Class EntriesDouble
-    Public Shown
-    Public Count
-    Public RefuseAt
-    Public Sub Clear()
-        Shown = ""
-        Count = 0
-    End Sub
-    Public Function Add(Index, Key, Text, Width, Alignment)
-        Dim entry
-        If Count > 0 Then Shown = Shown & " / "
-        Shown = Shown & Text
-        Count = Count + 1
-        Set entry = New EntryDouble
-        Set entry.Owner = Me
-        Set Add = entry
-    End Function
-End Class
-
-Class EntryDouble
-    Public Owner
-    Public Tag
-    Public Icon
-    Public SmallIcon
-    Public Property Let SubItems(i, v)
-        If i = Owner.RefuseAt Then Err.Raise 380, "ListItem", "Invalid property value"
-        Owner.Shown = Owner.Shown & "|" & v
-    End Property
-End Class
-
-Class ListViewDouble
-    Public Width
-    Public ListItems
-    Public ColumnHeaders
-    Private Sub Class_Initialize()
-        Width = 6330
-        Set ListItems = New EntriesDouble
-        Set ColumnHeaders = New EntriesDouble
-    End Sub
-End Class
-
-' A data grid that is its own column collection: the captions fail before a column is described.
-Class DataGridDouble
-    Public Width
-    Public Property Get Columns()
-        Set Columns = Me
-    End Property
-    Public Sub RemoveAll()
-    End Sub
-    Public Function Add(i)
-    End Function
-    Public Property Get Item(i)
-        Set Item = Me
-    End Property
-End Class
-
-' Captions counted from 1, as the language's Collection: error 9 outside.
-Class CaptionsDouble
-    Public Property Get Count()
-        Count = 3
-    End Property
-    Public Property Get Item(i)
-        If i < 1 Or i > 3 Then Err.Raise 9, "Collection", "Subscript out of range"
-        Item = "C" & i
-    End Property
-End Class
+' List views, grids, flex grids and trees from VBScript against real COM, through script doubles
+' disguised by the test probe. The rules have native tests (tests/services); this keeps what only
+' a script host shows: arguments written back by reference both ways, omitted arguments, a
+' control's error passed on or swallowed, and the data-access object's lifetime.
+' include: ../../examples/doubles/controls.vbs
+' include: shared/services.vbs
 
 ' A flex grid with one fixed row and column. Cells are kept by "row,col"; TextMatrix refuses
 ' once Writes reaches RefuseAfter; AddItem logs "[item@index]", tabs shown as "~".
@@ -173,120 +54,120 @@ Class FlexGridDouble
     End Sub
 End Class
 
-Dim svc, probe, da, x, text, header, outParams, params, rows, data, lvRaw, lv, gRaw, g, idx, i
+' A tree view that is its own Nodes, listing them in Shown as "Key", "Key<Relative" and "/Image"
+' as they are added; a key twice is refused, as the control refuses it.
+Class TreeDouble
+    Public Shown
+    Private keys_
+    Public Property Get Nodes()
+        Set Nodes = Me
+    End Property
+    Public Sub Clear()
+        Shown = ""
+        keys_ = ""
+    End Sub
+    Public Function Add(Relative, Relationship, Key, Text, Image, SelectedImage)
+        Dim n
+        If InStr("|" & keys_, "|" & Key & "|") > 0 Then Err.Raise 35602, "TreeView", "Key is not unique in collection"
+        keys_ = keys_ & Key & "|"
+        Set n = New ElementDouble
+        n.Key = Key
+        n.Text = Text
+        If Shown <> "" Then Shown = Shown & " "
+        Shown = Shown & Key
+        If VarType(Relative) <> vbError Then Shown = Shown & "<" & Relative
+        If VarType(Image) <> vbError Then Shown = Shown & "/" & Image
+        Set Add = n
+    End Function
+End Class
+
+Dim svc, probe, da, header, outParams, params, rows, data, raw, g, idx, tvw, node
 
 Set svc = CreateObject("Celdo.ISService")
 Set probe = CreateObject("CeldoProbe.Probe")
 
-' ---- Errors that reach the caller, IsControl -------------------------------------------------
-
-On Error Resume Next
-text = svc.CustomFormat
-CheckError 91, "", "", "CustomFormat without a data-access object"
-Set x = New ComboDouble
-x.ListCount = 2
-svc.FindItemData 20, probe.Disguise(x, "ComboBox")
-' Under Wine a script class's error leaves COM without its source and text: the number is compared.
-CheckError 380, "", "", "a helper passes on the control's error"
-svc.DBGridColumnHeaders probe.Disguise(New DataGridDouble, "DataGrid"), New CaptionsDouble
-CheckError 9, "", "", "DBGridColumnHeaders passes on the collection's error 9"
-On Error GoTo 0
-
-Set da = New DataAccessDouble
-da.HayConexion = True
-Set svc.Ex = da
-
-CheckEqual svc.IsControl(probe.Disguise(New TextBoxDouble, "TextBox")), True, "a text box on a form is a control"
-CheckEqual svc.IsControl(probe.Disguise(New LooseTextBoxDouble, "TextBox")), False, "one without Parent is not"
-
-' ---- List views -------------------------------------------------------------------------------
+' ---- List views: the caller's own data-access object, by reference both ways ------------------
 
 Set header = CreateObject("Celdo.clsCeldos")
 header.Add "Id", "", exLong
 header.Add "Name", "", exText
 Set outParams = CreateObject("Celdo.clsCeldos")
-outParams.AddParameter "Out", exLong, 1
-ReDim data(1, 0)
-data(0, 0) = 1
-data(1, 0) = "Ana"
+Set da = New DataAccessDouble
 Set da.GiveHeader = header
 Set da.GiveParameters = outParams
-da.GiveData = data
+da.Status = -1
+da.Data = Matrix(2, Array(1, "Ana"))
+Set svc.Ex = da
 
-Set lvRaw = New ListViewDouble
-Set lv = probe.Disguise(lvRaw, "_ListView")
+Set raw = New ListViewDouble
 Set params = Nothing
 rows = 0
-svc.ExecFillListView lv, 0, "Select", exOpenStatic, 2, "!", params, rows, False, False
-CheckEqual da.Received & " as " & da.Types, "Select,5273,0,Nothing,2,Nothing,0 as 8,3,3,9,2,9,3", _
-    "the caller's own data-access object gets every argument, typed as the service declares them"
+svc.ExecFillListView probe.Disguise(raw, "_ListView"), 0, "Select", exOpenStatic, 2, "!", params, rows, False, False
+CheckEqual da.Received & " as " & da.Types, "Select,5273,0,True,2,True,0 as 8,3,3,9,2,9,3", _
+    "every argument, typed as the service declares them"
 Check params Is outParams, "the parameters the host wrote come back to the caller"
 CheckEqual rows, CLng(25), "and so does the row limit"
-CheckEqual lvRaw.ListItems.Shown & " under " & lvRaw.ColumnHeaders.Shown, "1|Ana under Id / Name", _
+CheckEqual raw.ListItems.Listing & " under " & raw.ColumnHeaders.Listing, ":1|Ana| under Id:Id; Name:Name", _
     "the rows filled under the header the host wrote, whatever the status"
-
 svc.ExecFillListView probe.Disguise(New ListViewDouble, "_ListView"), 0, "Select", exOpenStatic
-CheckEqual da.Received, "Select,5273,0,Nothing,0,Nothing,0", "omitted arguments go as their defaults"
+CheckEqual da.Received, "Select,5273,0,True,0,True,0", "omitted arguments go as their defaults"
+' Without a connection nothing is fetched, so the grid is never reached (no native test of
+' ExecFillGrid covers its own check).
+da.HayConexion = False
+da.Received = Empty
+svc.ExecFillGrid Nothing, "Select", exOpenStatic
+Check IsEmpty(da.Received), "ExecFillGrid asks nothing without a connection"
+da.HayConexion = True
 
-' An error from the control ends the item quietly, keeping what was set.
-Set lvRaw = New ListViewDouble
-Set lv = probe.Disguise(lvRaw, "_ListView")
-lvRaw.ColumnHeaders.Count = 3
-lvRaw.ListItems.RefuseAt = 2
-On Error Resume Next
-svc.AddListItem lv, "", -1, -1, "a!b!c!d", "!", "t"
-svc.AddListItem lv, "", -1, -1, "e!f", "!", "t"
-CheckError 0, "", "", "AddListItem does not pass on the control's error"
-On Error GoTo 0
-CheckEqual lvRaw.ListItems.Shown, "a|b / e|f", "the items and sub-items set before it stay"
-
-' ---- Flex grids -------------------------------------------------------------------------------
+' ---- Flex grids --------------------------------------------------------------------------------
 
 Set header = CreateObject("Celdo.clsCeldos")
 header.Add "Price", "", exDouble
 header.Add "Name", "", exText
 header.Item(1).Format = "0.00"
-ReDim data(1, 1)
-data(0, 0) = 2.5
-data(1, 0) = "x"
-data(0, 1) = 1
-data(1, 1) = Null
-Set gRaw = New FlexGridDouble
-Set g = probe.Disguise(gRaw, "MSFlexGrid")
+data = Matrix(2, Array(2.5, "x", 1, Null))
+Set raw = New FlexGridDouble
+Set g = probe.Disguise(raw, "MSFlexGrid")
 svc.FillFlexGrid g, data, header
-text = ""
-For i = 1 To 2
-    text = text & gRaw.TextMatrix(i, 1) & ":" & gRaw.TextMatrix(i, 2) & ";"
-Next
-CheckEqual text & " redrawn " & gRaw.Redraw, "2.50:x;1.00:; redrawn True", "a flex grid filled to its end"
+CheckEqual raw.TextMatrix(1, 1) & ":" & raw.TextMatrix(1, 2) & ";" & raw.TextMatrix(2, 1) & ":" & raw.TextMatrix(2, 2) & _
+    " redrawn " & raw.Redraw, "2.50:x;1.00: redrawn True", "cells written through the grid's indexed Property Let"
 CheckEqual VarType(data(1, 1)) & "[" & data(1, 1) & "]", "8[]", "the Null is replaced in the caller's own array"
 
-' AddFlexItem on the filled grid (3 rows): Index written back, and left out when omitted.
+' On the filled grid (3 rows): Index written back, and passed on as omitted when left out.
 idx = -1
 CheckEqual svc.AddFlexItem(g, "a" & vbTab & "b", , idx), CLng(3), "AddFlexItem answers the new row"
 CheckEqual idx, CLng(3), "and writes it back into Index"
 CheckEqual svc.AddFlexItem(g, "c"), CLng(4), "without an index: at the end"
-CheckEqual gRaw.Added, "[~a~b][~c]", "AddItem is given no index"
+CheckEqual raw.Added, "[~a~b][~c]", "AddItem is given no index"
 
-Set gRaw = New FlexGridDouble
-Set g = probe.Disguise(gRaw, "MSFlexGrid")
-gRaw.RefuseAfter = 1
+Set raw = New FlexGridDouble
+raw.RefuseAfter = 1
 On Error Resume Next
-svc.FillFlexGrid g, data, header
+svc.FillFlexGrid probe.Disguise(raw, "MSFlexGrid"), data, header
 CheckError 0, "", "", "FillFlexGrid does not pass on the grid's error"
 On Error GoTo 0
-CheckEqual gRaw.Writes & "," & gRaw.Redraw, "1,False", "the fill stops there, Redraw still off"
+CheckEqual raw.Writes & "," & raw.Redraw, "1,False", "the fill stops there, Redraw still off"
 
-' The status the host writes back is read: a failed query leaves the grid alone.
-Set gRaw = New FlexGridDouble
-svc.ExecFillFlexGrid probe.Disguise(gRaw, "MSFlexGrid"), "Select", exOpenStatic
-CheckEqual gRaw.Writes & "," & IsEmpty(gRaw.Redraw), "0,True", "a failed status leaves the grid untouched"
+' ---- Trees -------------------------------------------------------------------------------------
 
-' ---- Release ----------------------------------------------------------------------------------
+Set raw = New TreeDouble
+Set tvw = probe.Disguise(raw, "TreeView")
+' key, parent, text: a child before its parent, and an orphan.
+svc.FillTreeView tvw, Matrix(3, Array(2, 1, "Ventas", 1, Null, "Cuentas", 9, 8, "Huérfana"))
+CheckEqual raw.Shown, "K1 K2<K1 K9", "a script's rows placed parent first, the images left out"
+Set node = svc.AddRootNode(tvw, "50", "Cincuenta", , , "t")
+CheckEqual node.Key & " " & node.Tag, "K50 t", "AddRootNode answers the node, keyed and tagged"
+' Under Wine a script class's error leaves COM without its source and text: the number is compared.
+On Error Resume Next
+svc.AddRootNode tvw, "50", "Otra vez"
+CheckError 35602, "", "", "AddRootNode passes on the tree's refusal"
+On Error GoTo 0
+
+' ---- Release -----------------------------------------------------------------------------------
 
 Set da = Nothing
-CheckEqual terminated, 0, "the service holds its data-access object"
+CheckEqual released, 0, "the service holds its data-access object"
 Set svc = Nothing
-CheckEqual terminated, 1, "and lets it go with itself"
+CheckEqual released, 1, "and lets it go with itself"
 Set probe = Nothing
 Finish
