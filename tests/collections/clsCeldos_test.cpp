@@ -12,6 +12,7 @@
 namespace celdo::collections {
 namespace {
 
+using automation::Currency;
 using automation::Ref;
 using automation::Variant;
 using celdo::testing::error_of;
@@ -45,47 +46,43 @@ TEST_F(Collection, AddSetsNameTypeSourceAndPosition) {
     EXPECT_EQ(add(*row, u"Nombre")->get_Position(), 1);
     auto placed = row->Add(u"X", u"", fields::exText, 0, 9, false, u"", u"", kNone, kNone, kNone, kNone);
     EXPECT_EQ(placed->get_Position(), 9);
-}
-
-TEST_F(Collection, AddPutsTheSourceOfAnExpressionIntoExpresion) {
+    // An expression's source goes into Expresion.
     auto f = row->Add(u"Total", u"Precio * Cantidad", fields::exnumExpresion, 0, -1, false, u"", u"", kNone, kNone,
                       kNone, kNone);
     EXPECT_EQ(f->get_Expresion(), u"Precio * Cantidad");
     EXPECT_EQ(f->get_SourceName(), u"");
-}
-
-TEST_F(Collection, AddWithAnOldValueNeedsAnObjectThere) {
+    // An old value needs an object there; the field is not added.
     EXPECT_EQ(error_of([&] {
-                  row->Add(u"X", u"", fields::exLong, 0, -1, false, u"", u"", Variant(1), Variant(2), kNone, kNone);
+                  row->Add(u"Y", u"", fields::exLong, 0, -1, false, u"", u"", Variant(1), Variant(2), kNone, kNone);
               }).number(),
               424);
-    EXPECT_EQ(row->get_Count(), 0) << "the field is not added";
+    EXPECT_EQ(row->get_Count(), 4);
+    // A parameter keeps its operator in Description.
+    row->AddParameter(u"@desde", fields::exDate, Variant(u"2024-01-01"), u">=", 0, u"FECHA", fields::exParamInput, kNone,
+                      kNone);
+    Variant key(u"@desde");
+    auto p = row->get_Item(key);
+    EXPECT_EQ(p->get_Description(), u">=");
+    EXPECT_EQ(p->get_Operator(), u"=");
+    EXPECT_EQ(p->get_SourceName(), u"FECHA");
+    EXPECT_EQ(p->get_Direction(), fields::exParamInput);
+    EXPECT_EQ(p->get_Position(), 4);
 }
 
-TEST_F(Collection, DuplicateNamesAreKeptButOnlyTheFirstIsKeyed) {
+TEST_F(Collection, ItemFindsTheFirstOfAKeyOrAPosition) {
     auto first = add(*row, u"Codigo");
-    auto second = add(*row, u"CODIGO");
+    auto second = add(*row, u"CODIGO");  // a duplicate name is kept, unkeyed
     EXPECT_EQ(row->get_Count(), 2);
-    Variant key(u"codigo");
+    Variant key(u"  codigo "), position(int16_t{2}), rounded(1.4);
     EXPECT_EQ(row->get_Item(key).get(), first.get());
-    Variant position(int16_t{2});
+    EXPECT_EQ(key, Variant(u"codigo")) << "the key is trimmed and written back";
     EXPECT_EQ(row->get_Item(position).get(), second.get());
-}
-
-TEST_F(Collection, ItemTrimsAKeyAndWritesItBack) {
-    auto f = add(*row, u"Codigo");
-    Variant key(u"  Codigo ");
-    EXPECT_EQ(row->get_Item(key).get(), f.get());
-    EXPECT_EQ(key, Variant(u"Codigo"));
-}
-
-TEST_F(Collection, ItemOfAMissingKeyOrPositionIsError5) {
-    add(*row, u"A");
-    for (Variant index : {Variant(u"B"), Variant(0), Variant(int16_t{2}), Variant(), Variant(u"1")}) {
+    EXPECT_EQ(row->get_Item(rounded).get(), first.get()) << "a Double position rounds";
+    for (Variant index : {Variant(u"B"), Variant(0), Variant(int16_t{3}), Variant(), Variant(u"1")}) {
         EXPECT_EQ(error_of([&] { row->get_Item(index); }).number(), 5) << debug_string(index);
     }
-    Variant position(1.4);
-    EXPECT_EQ(row->get_Item(position)->get_Name(), u"A") << "a Double position rounds";
+    EXPECT_TRUE(row->Exist(u"CODIGO"));
+    EXPECT_FALSE(row->Exist(u" Codigo")) << "Exist ignores case but not blanks";
 }
 
 TEST_F(Collection, AppendKeysByTheTrimmedNameOrTheGivenKey) {
@@ -140,51 +137,37 @@ TEST_F(Collection, RemoveByIntegerPositionOrKeyOnly) {
     EXPECT_FALSE(row->Exist(u"A"));
 }
 
-TEST_F(Collection, EnumerationWalksInPositionOrder) {
-    add(*row, u"A");
-    add(*row, u"B");
-    auto walk = row->get_NewEnum();
-    auto* e = dynamic_cast<automation::Enumerator*>(walk.get());
-    ASSERT_NE(e, nullptr);
-    Variant item;
-    std::u16string seen;
-    while (e->next(item)) {
-        auto* field = item.object_as<clsCeldo>();
-        ASSERT_NE(field, nullptr);
-        seen += field->get_Name();
-    }
-    EXPECT_EQ(seen, u"AB");
-}
-
-TEST_F(Collection, AppendsSharesTheSameFields) {
+TEST_F(Collection, AppendsSharesTheSameFieldsAndEnumerationWalksThemInOrder) {
     auto other = automation::make_ref<clsCeldos>();
     auto a = add(*other, u"A", fields::exLong);
     add(*other, u"B");
     row->Appends(other, kNone, kNone, u"");
-    EXPECT_EQ(row->get_Count(), 2);
     Variant key(u"A");
     row->get_Item(key)->let_Value(Variant(5));
     EXPECT_EQ(a->get_Value(), Variant(5)) << "one object, seen through both";
     EXPECT_EQ(a->get_Position(), 0);
+    auto walk = row->get_NewEnum();
+    auto* e = dynamic_cast<automation::Enumerator*>(walk.get());
+    ASSERT_NE(e, nullptr);
+    std::u16string seen;
+    for (Variant item; e->next(item);) seen += item.object_as<clsCeldo>()->get_Name();
+    EXPECT_EQ(seen, u"AB");
+    auto keyed = automation::make_ref<clsCeldos>();
+    keyed->Appends(other, kNone, kNone, u"K");
+    EXPECT_TRUE(keyed->Exist(u"K")) << "with a key, only the first is keyed";
+    EXPECT_FALSE(keyed->Exist(u"B"));
+    EXPECT_EQ(keyed->get_Count(), 2);
 }
 
-TEST_F(Collection, AppendsWithAKeyKeysOnlyTheFirst) {
-    auto other = automation::make_ref<clsCeldos>();
-    add(*other, u"A");
-    add(*other, u"B");
-    row->Appends(other, kNone, kNone, u"K");
-    EXPECT_TRUE(row->Exist(u"K"));
-    EXPECT_FALSE(row->Exist(u"B"));
-    EXPECT_EQ(row->get_Count(), 2);
-}
-
-TEST_F(Collection, DuplicateCopiesMetadataButNotAnEmptyValue) {
+TEST_F(Collection, DuplicateCopiesMetadataAndChildrenButNotAnEmptyValue) {
     auto original = row->Add(u"Precio", u"PRECIO", fields::exCurrency, 0, -1, true, u"d", u"v", kNone, kNone, kNone,
                              kNone);
     original->let_DefaultValue(Variant(5));
     original->let_Operator(u"LIKE");
-    std::u16string no_name;
-    Variant no_value = Variant::missing();
+    auto child = field_of(fields::exText, u"Hijo");
+    original->get_Children()->Append(child, kNone, kNone, u"");
+    std::u16string no_name, name(u"Otra");
+    Variant no_value = Variant::missing(), value(9);
     auto copy = row->Duplicate(original, no_name, no_value);
     EXPECT_NE(copy.get(), original.get());
     EXPECT_EQ(copy->get_Name(), u"Precio");
@@ -196,68 +179,29 @@ TEST_F(Collection, DuplicateCopiesMetadataButNotAnEmptyValue) {
     EXPECT_TRUE(copy->get_Value().is_empty()) << "an Empty value is not copied, even with a default";
     EXPECT_FALSE(copy->get_Updated());
     EXPECT_EQ(row->get_Count(), 1) << "the copy is detached";
-}
-
-TEST_F(Collection, DuplicateTakesANewNameAndValue) {
-    auto original = add(*row, u"Cantidad", fields::exLong);
-    original->let_Value(Variant(3));
-    std::u16string name(u"Otra");
-    Variant value(9);
-    auto copy = row->Duplicate(original, name, value);
-    EXPECT_EQ(copy->get_Name(), u"Otra");
-    EXPECT_EQ(copy->get_Value(), Variant(9));
-    std::u16string empty;
-    Variant none = Variant::missing();
-    EXPECT_EQ(row->Duplicate(original, empty, none)->get_Value(), Variant(3));
-}
-
-TEST_F(Collection, DuplicateCopiesChildrenDeeply) {
-    auto parent = add(*row, u"Padre");
-    auto child = field_of(fields::exText, u"Hijo");
-    parent->get_Children()->Append(child, kNone, kNone, u"");
-    std::u16string name;
-    Variant none = Variant::missing();
-    auto copy = row->Duplicate(parent, name, none);
     ASSERT_EQ(copy->get_Children()->get_Count(), 1);
-    EXPECT_NE(&copy->get_Children()->at(0), child.get());
+    EXPECT_NE(&copy->get_Children()->at(0), child.get()) << "children are copied deeply";
     EXPECT_EQ(copy->get_Children()->at(0).get_Name(), u"Hijo");
+    original->let_Value(Variant(3));
+    EXPECT_EQ(row->Duplicate(original, no_name, no_value)->get_Value(), Variant(Currency{30000}));
+    copy = row->Duplicate(original, name, value);
+    EXPECT_EQ(copy->get_Name(), u"Otra");
+    EXPECT_EQ(copy->get_Value(), Variant(Currency{90000}));
 }
 
-TEST_F(Collection, AppendAsInsertsACopyUnderItsName) {
+TEST_F(Collection, AppendAsAndAppendsAsInsertCopies) {
     auto original = add(*row, u"A");
     std::u16string name(u"B");
     Variant none = Variant::missing();
     row->AppendAs(original, name, none, kNone, kNone);
     EXPECT_EQ(names(*row), u"A,B");
     EXPECT_NE(&row->at(1), original.get());
-}
-
-TEST_F(Collection, AppendsAsCopiesAndRenumbers) {
     auto other = automation::make_ref<clsCeldos>();
-    auto a = add(*other, u"A");
-    add(*row, u"X");
+    auto c = add(*other, u"C");
     row->AppendsAs(other, kNone, kNone);
-    EXPECT_NE(&row->at(1), a.get());
-    EXPECT_EQ(row->at(1).get_Position(), 1);
-    EXPECT_EQ(a->get_Position(), 0) << "the source's field is untouched";
-}
-
-TEST_F(Collection, AddParameterKeepsTheOperatorInDescription) {
-    row->AddParameter(u"@desde", fields::exDate, Variant(u"2024-01-01"), u">=", 0, u"FECHA", fields::exParamInput, kNone,
-                      kNone);
-    Variant key(u"@desde");
-    auto p = row->get_Item(key);
-    EXPECT_EQ(p->get_Description(), u">=");
-    EXPECT_EQ(p->get_Operator(), u"=");
-    EXPECT_EQ(p->get_SourceName(), u"FECHA");
-    EXPECT_EQ(p->get_Direction(), fields::exParamInput);
-    EXPECT_EQ(p->get_Position(), 0);
-}
-
-TEST_F(Collection, ExistIgnoresCaseButNotBlanks) {
-    add(*row, u"Codigo");
-    EXPECT_TRUE(row->Exist(u"CODIGO"));
-    EXPECT_FALSE(row->Exist(u" Codigo"));
+    EXPECT_NE(&row->at(2), c.get());
+    EXPECT_EQ(row->at(2).get_Position(), 2) << "copies are renumbered";
+    EXPECT_EQ(c->get_Position(), 0) << "the source's field is untouched";
 }
 
 }  // namespace

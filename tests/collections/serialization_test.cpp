@@ -33,57 +33,35 @@ protected:
     Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
 };
 
-TEST_F(Row, ClipAndXMLJoinTheFieldsFormsWithoutARoot) {
-    add(u"A", Variant(u"1"));
-    add(u"B");
+TEST_F(Row, ClipXMLAndHeaderJoinTheFieldsFormsWithoutARoot) {
+    add(u"A", Variant(1), fields::exLong)->let_Caption(u"Código");
+    add(u"B")->let_Caption(u"Nombre");
     add(u"C", Variant(u"x.y"));
     EXPECT_EQ(row->Clip(), u"1\t\tx.y\t");
     EXPECT_EQ(row->XML(u"UTF-8"), u"<A>1</A>\r\n<B></B>\r\n<C>x&#46;y</C>\r\n");
-    EXPECT_EQ(clsCeldos().XML(u""), u"");
-    EXPECT_EQ(clsCeldos().Clip(), u"");
+    EXPECT_EQ(row->get_ClipAttribute(), u"1\t\tx.y\t");
+    row->at(2).load_value(Variant::null());
+    EXPECT_EQ(row->get_ClipAttribute(), u"1\t\t\t") << "one tab per field";
+    EXPECT_EQ(row->get_ClipHeader(), u"Código\tNombre\tC");
+    clsCeldos none;
+    EXPECT_EQ(none.XML(u""), u"");
+    EXPECT_EQ(none.Clip(), u"");
+    EXPECT_EQ(none.get_ClipAttribute(), u"");
+    EXPECT_EQ(error_of([&] { none.get_ClipHeader(); }).number(), 5);
 }
 
-TEST_F(Row, ClipNamesJoinsOnePropertyWithTheDelimiter) {
+TEST_F(Row, ClipNamesJoinsOnePropertyAddingNumbersAsTheLanguagesPlusDoes) {
     add(u"A")->let_Caption(u"Alfa");
     add(u"B")->let_Caption(u"Beta");
-    add(u"C")->let_Caption(u"Gama");
-    std::u16string property;
-    std::u16string comma = u",";
-    EXPECT_EQ(row->ClipNames(property, comma), u"A,B,C");
+    row->at(0).let_Size(10), row->at(1).let_Size(20);
+    std::u16string property, comma = u",", semicolons = u";;", one = u"1", caption = u"Caption", size = u"Size";
+    EXPECT_EQ(row->ClipNames(property, comma), u"A,B");
     EXPECT_EQ(property, u"Name") << "the default is written back";
-
-    property = u"Caption";
-    std::u16string semicolons = u";;";
-    EXPECT_EQ(row->ClipNames(property, semicolons), u"Alfa;;Beta;;Gama");
-    EXPECT_EQ(clsCeldos().ClipNames(property, semicolons), u"");
-}
-
-TEST_F(Row, ClipNamesAddsNumbersTheWayTheLanguagesPlusDoes) {
-    add(u"A")->let_Size(10);
-    add(u"B")->let_Size(20);
-    std::u16string size = u"Size";
-    std::u16string one = u"1";
+    EXPECT_EQ(row->ClipNames(caption, semicolons), u"Alfa;;Beta");
+    EXPECT_EQ(clsCeldos().ClipNames(caption, semicolons), u"");
     // ((10 + "1") + 20) + "1" = 32, and the last character is cut as the delimiter.
     EXPECT_EQ(row->ClipNames(size, one), u"3");
-    std::u16string comma = u",";
     EXPECT_EQ(error_of([&] { row->ClipNames(size, comma); }).number(), 13);
-}
-
-TEST_F(Row, ClipAttributeKeepsOneTabPerField) {
-    add(u"A", Variant(1), fields::exLong);
-    add(u"B");
-    add(u"C", Variant(u"x"));
-    EXPECT_EQ(row->get_ClipAttribute(), u"1\t\tx\t");
-    row->at(2).load_value(Variant::null());
-    EXPECT_EQ(row->get_ClipAttribute(), u"1\t\t\t");
-    EXPECT_EQ(clsCeldos().get_ClipAttribute(), u"");
-}
-
-TEST_F(Row, ClipHeaderJoinsCaptionsAndFailsWhenEmpty) {
-    add(u"A")->let_Caption(u"Código");
-    add(u"B")->let_Caption(u"Nombre");
-    EXPECT_EQ(row->get_ClipHeader(), u"Código\tNombre");
-    EXPECT_EQ(error_of([] { clsCeldos().get_ClipHeader(); }).number(), 5);
 }
 
 TEST_F(Row, XMLAttributeWritesValuedOrRequiredFields) {

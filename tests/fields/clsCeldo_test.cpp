@@ -56,107 +56,70 @@ TEST(FieldSubCollections, AreMadeOnceOnDemandAndKeepWhatWasSet) {
     EXPECT_TRUE(f->Item(u"Mask").is_empty()) << "an extra property read without any";
 }
 
-TEST(FieldDataType, ResetsSizeAndRoundingByType) {
+TEST(FieldDataType, ResetsSizeAndRoundingByTypeButTextTypesKeepTheirSize) {
+    // Each type set after the one before on one field, its size first set to 50: the stored
+    // size becomes 0, read as the type's default; dates leave the rounding as it was.
+    const std::tuple<ExDataType, int32_t, int16_t> steps[] = {
+        {exLong, 15, 0}, {exCurrency, 30, 4}, {exDate, 5, 4}, {exDouble, 0, 8}, {exDataTime, 5, 8}};
     auto f = field_of(exText);
     f->let_Size(50);
-    f->let_DataType(exLong);
-    EXPECT_EQ(f->get_Size(), 15) << "stored 0, default by type";
-    EXPECT_EQ(f->get_Redondeo(), 0);
-    f->let_DataType(exCurrency);
-    EXPECT_EQ(f->get_Redondeo(), 4);
-    EXPECT_EQ(f->get_Size(), 30);
-    f->let_DataType(exDate);
-    EXPECT_EQ(f->get_Redondeo(), 4) << "dates leave the rounding as it was";
-    EXPECT_EQ(f->get_Size(), 5);
-    f->let_DataType(exDouble);
-    EXPECT_EQ(f->get_Redondeo(), 8);
-}
-
-TEST(FieldDataType, TextTypesKeepTheirSize) {
-    auto f = field_of(exText);
-    f->let_Size(50);
-    f->let_DataType(exChar);
-    EXPECT_EQ(f->get_Size(), 50);
-    f->let_DataType(exExpresion);
-    EXPECT_EQ(f->get_Size(), 50);
-    f->let_DataType(exDataTime);
+    for (const auto& [type, size, rounding] : steps) {
+        f->let_DataType(type);
+        EXPECT_EQ(f->get_Size(), size) << type;
+        EXPECT_EQ(f->get_Redondeo(), rounding) << type;
+    }
     EXPECT_EQ(f->get_DataType(), exDateTime) << "two names, one value";
-    EXPECT_EQ(f->get_Size(), 5);
+    for (ExDataType type : {exChar, exExpresion}) {
+        f->let_Size(50);
+        f->let_DataType(type);
+        EXPECT_EQ(f->get_Size(), 50) << type;
+    }
 }
 
-TEST(FieldSourceName, IsTrimmedAndSetOnceUnlessAnExpression) {
+TEST(FieldNames, SourceNamesAreTrimmedAndSetOnceUnlessAnExpression) {
     auto f = field_of(exText);
-    f->let_SourceName(u"  CODIGO  ");
+    for (const char16_t* name : {u"  CODIGO  ", u"OTRO"}) f->let_SourceName(name), f->let_SourceTableName(name);
     EXPECT_EQ(f->get_SourceName(), u"CODIGO");
-    f->let_SourceName(u"OTRO");
-    EXPECT_EQ(f->get_SourceName(), u"CODIGO");
-    f->let_SourceName(u"");
-    f->let_SourceName(u"OTRO");
+    EXPECT_EQ(f->get_SourceTableName(), u"CODIGO");
+    for (const char16_t* name : {u"", u"OTRO"}) f->let_SourceName(name), f->let_SourceTableName(name);
     EXPECT_EQ(f->get_SourceName(), u"OTRO");
+    EXPECT_EQ(f->get_SourceTableName(), u"OTRO");
     f->let_DataType(exExpresion);
     f->let_SourceName(u"Precio * 2");
+    f->let_SourceTableName(u"U");
     EXPECT_EQ(f->get_SourceName(), u"Precio * 2");
+    EXPECT_EQ(f->get_SourceTableName(), u"OTRO") << "the table is set once whatever the type";
 }
 
-TEST(FieldSourceName, TheTableIsSetOnceWhateverTheType) {
-    auto f = field_of(exExpresion);
-    f->let_SourceTableName(u" T ");
-    f->let_SourceTableName(u"U");
-    EXPECT_EQ(f->get_SourceTableName(), u"T");
-    f->let_SourceTableName(u"");
-    f->let_SourceTableName(u"U");
-    EXPECT_EQ(f->get_SourceTableName(), u"U");
-}
-
-TEST(FieldNames, CorrelationalNameJoinsTableAndColumn) {
-    auto f = field_of(exText);
-    f->let_SourceTableName(u"T");
-    EXPECT_EQ(f->get_CorrelationalName(), u"") << "no source name, nothing";
-    f->let_SourceName(u"C");
-    EXPECT_EQ(f->get_CorrelationalName(), u"T.C");
-    auto g = field_of(exText);
-    g->let_SourceName(u"C");
-    EXPECT_EQ(g->get_CorrelationalName(), u"C");
-}
-
-TEST(FieldNames, AliasNameAddsACleanedCaptionWhenItDiffers) {
-    auto f = field_of(exText);
-    f->let_SourceName(u"C");
-    f->let_Caption(u"C");
-    EXPECT_EQ(f->get_AliasName(), u"C");
-    f->let_Caption(u"c");
-    EXPECT_EQ(f->get_AliasName(), u"C") << "case-insensitive";
-    f->let_Caption(u"Valor total");
-    EXPECT_EQ(f->get_AliasName(), u"C As Valortotal");
-    f->let_Caption(u"Año: +/-#'*");
-    EXPECT_EQ(f->get_AliasName(), u"C As Año");
-    f->let_SourceTableName(u"T");
-    EXPECT_EQ(f->get_AliasName(), u"T.C As Año");
-    f->let_Caption(u"C");
-    EXPECT_EQ(f->get_AliasName(), u"T.C");
-}
-
-TEST(FieldNames, AliasOfAnExpressionWithoutSourceIsItsDescription) {
-    auto f = field_of(exnumExpresion);
-    f->let_Caption(u"Total neto");
-    f->let_Description(u"Sum(Precio)");
-    EXPECT_EQ(f->get_AliasName(), u"Sum(Precio) As Totalneto");
-    auto g = field_of(exText);
-    g->let_Caption(u"X");
-    EXPECT_EQ(g->get_AliasName(), u"");
-}
-
-TEST(FieldCaption, FallsBackToTheNameWithoutItsPrefix) {
-    auto f = field_of(exText, u"strNombre");
-    EXPECT_EQ(f->get_Caption(), u"Nombre");
-    f->let_Name(u"TxtCodigo");
-    EXPECT_EQ(f->get_Caption(), u"Codigo");
-    f->let_Name(u"Codigo");
-    EXPECT_EQ(f->get_Caption(), u"Codigo") << "no prefix, the name as it is";
-    f->let_Name(u"icboLista");
-    EXPECT_EQ(f->get_Caption(), u"icboLista") << "only three-letter prefixes are looked up";
-    f->let_Caption(u"Mi campo");
-    EXPECT_EQ(f->get_Caption(), u"Mi campo");
+TEST(FieldNames, CorrelationalAliasAndCaption) {
+    struct Case {
+        ExDataType type;
+        const char16_t *table, *source, *caption, *description, *correlational, *alias;
+    };
+    const Case cases[] = {
+        {exText, u"T", u"", u"", u"", u"", u""},  // no source name, nothing
+        {exText, u"", u"C", u"C", u"", u"C", u"C"},
+        {exText, u"", u"C", u"c", u"", u"C", u"C"},  // case-insensitive
+        {exText, u"", u"C", u"Valor total", u"", u"C", u"C As Valortotal"},
+        {exText, u"", u"C", u"Año: +/-#'*", u"", u"C", u"C As Año"},
+        {exText, u"T", u"C", u"Año", u"", u"T.C", u"T.C As Año"},
+        {exText, u"T", u"C", u"C", u"", u"T.C", u"T.C"},
+        {exnumExpresion, u"", u"", u"Total neto", u"Sum(Precio)", u"", u"Sum(Precio) As Totalneto"},
+        {exText, u"", u"", u"X", u"Sum(Precio)", u"", u""},
+    };
+    for (const Case& c : cases) {
+        auto f = field_of(c.type);
+        f->let_SourceTableName(c.table);
+        f->let_SourceName(c.source);
+        f->let_Caption(c.caption);
+        f->let_Description(c.description);
+        EXPECT_EQ(f->get_CorrelationalName(), c.correlational);
+        EXPECT_EQ(f->get_AliasName(), c.alias) << automation::utf16_to_utf8(c.caption);
+    }
+    // Without a caption, the name less a three-letter prefix.
+    const std::pair<const char16_t*, const char16_t*> captions[] = {
+        {u"strNombre", u"Nombre"}, {u"TxtCodigo", u"Codigo"}, {u"Codigo", u"Codigo"}, {u"icboLista", u"icboLista"}};
+    for (const auto& [name, caption] : captions) EXPECT_EQ(field_of(exText, name)->get_Caption(), caption);
 }
 
 TEST(FieldNodeType, UnknownIsAnErrorWhenRead) {
