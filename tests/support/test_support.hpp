@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "automation/error.hpp"
 #include "automation/text.hpp"
@@ -29,6 +31,13 @@ automation::AutomationError error_of(F&& body) {
     }
     ADD_FAILURE() << "no automation error was raised";
     return automation::AutomationError(0, u"", u"");
+}
+
+// Rows of a call already made and the answer it must have given; a failure names its row.
+template <class T>
+void expect_rows(std::initializer_list<std::pair<T, T>> rows) {
+    int row = 0;
+    for (const auto& [got, expected] : rows) EXPECT_EQ(got, expected) << "row " << row++;
 }
 
 }  // namespace celdo::testing
