@@ -11,50 +11,39 @@ namespace {
 using celdo::testing::error_of;
 using celdo::testing::field_of;
 
-struct OperatorCase {
-    const char16_t* given;
-    const char16_t* stored;
-};
-
-TEST(FieldOperator, StoresEachGroupItsOwnWay) {
-    const OperatorCase cases[] = {
-        {u" like ", u" LIKE "},        {u"not likes", u"NOT LIKES"}, {u" >= ", u" >= "},
-        {u"<>", u"<>"},                {u"isnull", u"IS NULL"},      {u"Is Null", u"IS NULL"},
-        {u"notisnull", u"NOT IS NULL"}, {u"NOT ISNULL", u"NOT IS NULL"}, {u"in likes", u"IN LIKES"},
-        {u"between", u"BETWEEN"},
-    };
-    for (const auto& c : cases) {
-        auto f = field_of(exText);
-        f->let_Operator(c.given);
-        EXPECT_EQ(f->get_Operator(), c.stored) << automation::utf16_to_utf8(c.given);
+// Each value given in turn: what is kept, or "!" and the refusal's description (the old value stays).
+void check(void (clsCeldo::*let)(const std::u16string&), std::u16string (clsCeldo::*get)() const,
+           std::initializer_list<std::pair<std::u16string, std::u16string>> cases) {
+    auto made = field_of(exText);
+    clsCeldo& f = *made;
+    f.let_Caption(u"Nombre");
+    for (const auto& [given, kept] : cases) {
+        const std::u16string before = (f.*get)();
+        if (kept[0] != u'!') {
+            (f.*let)(given);
+            EXPECT_EQ((f.*get)(), kept) << automation::utf16_to_utf8(given);
+            continue;
+        }
+        const auto e = error_of([&] { (f.*let)(given); });
+        EXPECT_EQ(std::tuple(e.number(), e.source(), e.description(), (f.*get)()),
+                  std::tuple(-2147221504, std::u16string(u"Celdo"), kept.substr(1), before));
     }
 }
 
-TEST(FieldOperator, UnknownWordsAreRefusedAndTheOldOperatorStays) {
-    auto f = field_of(exText);
-    f->let_Caption(u"Nombre");
-    f->let_Operator(u"LIKE");
-    for (const char16_t* bad : {u"CONTAINS", u"", u"=="}) {
-        auto e = error_of([&] { f->let_Operator(bad); });
-        EXPECT_EQ(e.number(), -2147221504);
-        EXPECT_EQ(e.source(), u"Celdo");
-        EXPECT_EQ(e.description(), u"Operator no valido para el campo Nombre");
-    }
-    EXPECT_EQ(f->get_Operator(), u"LIKE");
+TEST(Field, OperatorsAreStoredByGroupAndUnknownWordsRefused) {
+    check(&clsCeldo::let_Operator, &clsCeldo::get_Operator, {
+        {u" like ", u" LIKE "}, {u"not likes", u"NOT LIKES"}, {u" >= ", u" >= "}, {u"<>", u"<>"},
+        {u"isnull", u"IS NULL"}, {u"Is Null", u"IS NULL"}, {u"notisnull", u"NOT IS NULL"},
+        {u"NOT ISNULL", u"NOT IS NULL"}, {u"in likes", u"IN LIKES"}, {u"between", u"BETWEEN"}, {u"LIKE", u"LIKE"},
+        {u"CONTAINS", u"!Operator no valido para el campo Nombre"}, {u"", u"!Operator no valido para el campo Nombre"},
+        {u"==", u"!Operator no valido para el campo Nombre"},
+    });
 }
 
-TEST(FieldConjunction, KeepsTheCallersSpellingOfAndOrAndEmpty) {
-    auto f = field_of(exText);
-    f->let_Caption(u"Nombre");
-    f->let_Conjunction(u"or");
-    EXPECT_EQ(f->get_Conjunction(), u"or");
-    f->let_Conjunction(u" AND ");
-    EXPECT_EQ(f->get_Conjunction(), u" AND ");
-    f->let_Conjunction(u"");
-    EXPECT_EQ(f->get_Conjunction(), u"");
-    auto e = error_of([&] { f->let_Conjunction(u"XOR"); });
-    EXPECT_EQ(e.description(), u"Conjunción no valida Nombre");
-    EXPECT_EQ(f->get_Conjunction(), u"");
+TEST(Field, ConjunctionsKeepTheCallersSpellingOfAndOrAndEmpty) {
+    check(&clsCeldo::let_Conjunction, &clsCeldo::get_Conjunction, {
+        {u"or", u"or"}, {u" AND ", u" AND "}, {u"", u""}, {u"XOR", u"!Conjunción no valida Nombre"},
+    });
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "automation/text.hpp"
 #include "collections/clsCeldos.hpp"
 #include "fields/clsCeldo.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/test_support.hpp"
 
@@ -18,7 +19,7 @@ using automation::Ref;
 using automation::Variant;
 using celdo::testing::error_of;
 
-const Variant kNone = Variant::missing();
+using celdo::testing::kNone;
 
 // Loads `text` from `position` into a fresh field; returns the field and leaves the position
 // where the loader put it.
@@ -36,24 +37,18 @@ Ref<clsCeldo> load(std::u16string text, std::u16string encode = u"") {
 
 std::u16string value_of(const clsCeldo& f) { return automation::to_string(f.get_OriginalValue()); }
 
-TEST(LoadElement, ReadsALeafWithItsAttributes) {
+TEST(LoadElement, ReadsALeafWithItsAttributesAndTakesTheLineEndAfterIt) {
     int32_t position = 0;
     const std::u16string text = u"<Codigo tipo=\"a&frasl;b\" n='2'>12 &amp; 1&#46;5</Codigo>\r\n<Otro/>";
     auto f = load(text, position);
-    EXPECT_EQ(f->get_Name(), u"Codigo");
-    EXPECT_EQ(f->get_NodeType(), xntNode);
-    EXPECT_EQ(value_of(*f), u"12 & 1.5");
     auto attributes = f->get_Attributes();
     ASSERT_EQ(attributes->size(), 2u);
-    EXPECT_EQ(attributes->at(0).get_Name(), u"tipo");
-    EXPECT_EQ(value_of(attributes->at(0)), u"a/b");
-    EXPECT_EQ(value_of(attributes->at(1)), u"2");
-    EXPECT_EQ(position, static_cast<int32_t>(text.find(u"<Otro"))) << "the line end after the element is taken";
-
+    EXPECT_EQ(std::tuple(f->get_Name(), f->get_NodeType(), value_of(*f), attributes->at(0).get_Name(),
+                         value_of(attributes->at(0)), value_of(attributes->at(1)), position),
+              std::tuple(u"Codigo", xntNode, u"12 & 1.5", u"tipo", u"a/b", u"2", int32_t(text.find(u"<Otro"))));
     auto next = load(text, position);
-    EXPECT_EQ(next->get_Name(), u"Otro");
-    EXPECT_EQ(next->get_NodeType(), xntEmpty);
-    EXPECT_EQ(position, static_cast<int32_t>(text.size()));
+    EXPECT_EQ(std::tuple(next->get_Name(), next->get_NodeType(), position),
+              std::tuple(u"Otro", xntEmpty, static_cast<int32_t>(text.size())));
 }
 
 TEST(LoadElement, ReadsChildrenWithoutTheWritersIndentation) {
@@ -70,24 +65,28 @@ TEST(LoadElement, ReadsChildrenWithoutTheWritersIndentation) {
                   u"</A>\r\n");
     auto children = f->get_Children();
     ASSERT_EQ(children->size(), 7u);
-    EXPECT_EQ(children->at(0).get_NodeType(), xntText);
-    EXPECT_EQ(value_of(children->at(0)), u"  texto  ") << "only the indentation of <B> is removed";
+    std::vector<std::pair<XMLNodeTypes, std::u16string>> kinds;
+    for (size_t i = 0; i < children->size(); ++i)
+        kinds.emplace_back(children->at(i).get_NodeType(), value_of(children->at(i)));
+    // Only the indentation of <B> is removed; DOCTYPE is read as written; C holds children, not a value.
+    EXPECT_EQ(kinds, (decltype(kinds){{xntText, u"  texto  "}, {xntNode, u"1"}, {xntCDATA, u"c<d"},
+                                      {xntComment, u"nota"}, {xntDOCTYPE, u"html &amp;"}, {xntNode, u""},
+                                      {xntText, u" fin"}}));
     EXPECT_EQ(children->at(1).get_Name(), u"B");
-    EXPECT_EQ(value_of(children->at(1)), u"1");
-    EXPECT_EQ(children->at(2).get_NodeType(), xntCDATA);
-    EXPECT_EQ(value_of(children->at(2)), u"c<d");
-    EXPECT_EQ(children->at(3).get_NodeType(), xntComment);
-    EXPECT_EQ(children->at(4).get_NodeType(), xntDOCTYPE);
-    EXPECT_EQ(value_of(children->at(4)), u"html &amp;") << "DOCTYPE is read as written";
     const clsCeldo& c = children->at(5);
     ASSERT_EQ(c.get_Children()->size(), 1u);
     EXPECT_EQ(c.get_Children()->at(0).get_NodeType(), xntEmpty);
     EXPECT_EQ(value_of(c.get_Children()->at(0).get_Attributes()->at(0)), u"1");
-    EXPECT_EQ(value_of(children->at(6)), u" fin");
     EXPECT_TRUE(f->get_OriginalValue().is_empty()) << "a node with children holds no value";
 }
 
-TEST(LoadElement, TakesTheEncodingOfTheDeclaration) {
+TEST(LoadElement, TextRunsUpToTheNextTagAndTheDeclarationsEncodingDecodesTheRest) {
+    int32_t position = 0;
+    auto text = load(u"  a&amp;b<A/>", position);
+    EXPECT_EQ(std::tuple(text->get_NodeType(), value_of(*text), position), std::tuple(xntText, u"  a&b", 9));
+    position = 4;
+    auto nothing = load(u"<A/>", position);
+    EXPECT_EQ(std::tuple(nothing->get_NodeType(), value_of(*nothing), position), std::tuple(xntText, u"", 4));
     // "ñ" as UTF-8 bytes, one code unit each.
     const std::u16string bytes = u"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<A>\u00C3\u00B1</A>";
     EXPECT_EQ(value_of(*load(bytes)), u"ñ");
@@ -95,96 +94,61 @@ TEST(LoadElement, TakesTheEncodingOfTheDeclaration) {
     EXPECT_EQ(value_of(*load(u"<A>\u00C3\u00B1</A>", u"UTF-8")), u"\u00C3\u00B1");
 }
 
-TEST(LoadElement, ReadsTextUpToTheNextTagAndNothingAsEmptyText) {
-    int32_t position = 0;
-    auto text = load(u"  a&amp;b<A/>", position);
-    EXPECT_EQ(text->get_NodeType(), xntText);
-    EXPECT_EQ(value_of(*text), u"  a&b");
-    EXPECT_EQ(position, 9);
-    position = 4;
-    auto nothing = load(u"<A/>", position);
-    EXPECT_EQ(nothing->get_NodeType(), xntText);
-    EXPECT_EQ(value_of(*nothing), u"");
-    EXPECT_EQ(position, 4);
-}
-
 TEST(LoadElement, ReplacesWhatTheFieldHeldButKeepsItsCollections) {
     auto f = load(u"<A k=\"1\"><B>x</B></A>");
     auto attributes = f->get_Attributes();
     auto children = f->get_Children();
     int32_t position = 0;
-    std::u16string encode;
-    std::u16string text = u"<Z>v</Z>";
+    std::u16string encode, text = u"<Z>v</Z>";
     f->LoadElement(encode, position, text);
-    EXPECT_EQ(f->get_Name(), u"Z");
-    EXPECT_EQ(value_of(*f), u"v");
-    EXPECT_EQ(f->get_Attributes().get(), attributes.get());
-    EXPECT_EQ(attributes->size(), 0u);
-    EXPECT_EQ(children->size(), 0u);
+    EXPECT_EQ(std::tuple(f->get_Name(), value_of(*f), f->get_Attributes().get(), attributes->size(), children->size()),
+              std::tuple(u"Z", u"v", attributes.get(), size_t{0}, size_t{0}));
 }
 
-struct Malformed {
-    const char16_t* text;
-    const char16_t* source;
-    const char16_t* description;
-};
-
 TEST(LoadElement, RaisesOnMalformedTextAndLeavesTheFieldAsItWas) {
-    const Malformed cases[] = {
-        {u"<>", u"Celdo.eat", u"Node name required"},
-        {u"< a/>", u"Celdo.eat", u"Node name required"},
-        {u"<a\"b>x</a\"b>", u"Celdo.eat", u"Illegal element name"},
-        {u"<a x=\"1\"", u"Celdo.eat", u"Tag not closed @ 1"},
-        {u"\r\n  <a <b>", u"Celdo.eat", u"Tag not closed @ 5"},
-        {u"<a>text", u"Celdo.eat", u"Node not closed"},
-        {u"<a>\r\n    <b>1</b>\r\n", u"Celdo.eat", u"Node not closed"},
-        {u"<a>x</b>", u"Celdo.eat", u"Badly nested tags"},
-        {u"<a>\r\n    <b>x</a>\r\n</b>", u"Celdo.eat", u"Badly nested tags"},
-        {u"</a>", u"Celdo.eat", u"Badly nested tags"},
-        {u"<a>x</a", u"Celdo.eat", u"Tag not closed"},
-        {u"<a>x</a<b>", u"Celdo.eat", u"Tag not closed"},
-        {u"<!-- x", u"Celdo.eat", u"Comment not closed"},
-        {u"<![CDATA[x", u"Celdo.eat", u"CDATA node not closed"},
-        {u"<!DOCTYPE x", u"Celdo.eat", u"DOCTYPE node not closed"},
-        {u"<!ELEMENT x>", u"Celdo.eat", u"Unsupported <! node type"},
-        {u"<?xml version=\"1.0\"", u"Celdo.eat", u"Tag not closed @ 1"},
-        {u"<?xml version=\"1.0\" encoding=\"\"?><a/>", u"Celdo.eat", u"Illegal encoding"},
-        {u"<a x=1>v</a>", u"XMLReadAttribute", u"Malformed quotation"},
-        {u"<a x=\"1\" y=\"<\">v</a>", u"Celdo.eat", u"Tag not closed @ 1"},
-        {u"<a x\"y=\"1\">v</a>", u"XMLReadAttribute", u"Illegal element name: x\"y"},
+    const std::tuple<const char16_t*, const char16_t*, const char16_t*> cases[] = {
+        // text: description, source (the loader's own unless given)
+        {u"<>", u"Node name required", nullptr}, {u"< a/>", u"Node name required", nullptr},
+        {u"<a\"b>x</a\"b>", u"Illegal element name", nullptr}, {u"<a x=\"1\"", u"Tag not closed @ 1", nullptr},
+        {u"\r\n  <a <b>", u"Tag not closed @ 5", nullptr}, {u"<a>text", u"Node not closed", nullptr},
+        {u"<a>\r\n    <b>1</b>\r\n", u"Node not closed", nullptr}, {u"<a>x</b>", u"Badly nested tags", nullptr},
+        {u"<a>\r\n    <b>x</a>\r\n</b>", u"Badly nested tags", nullptr}, {u"</a>", u"Badly nested tags", nullptr},
+        {u"<a>x</a", u"Tag not closed", nullptr}, {u"<a>x</a<b>", u"Tag not closed", nullptr},
+        {u"<!-- x", u"Comment not closed", nullptr}, {u"<![CDATA[x", u"CDATA node not closed", nullptr},
+        {u"<!DOCTYPE x", u"DOCTYPE node not closed", nullptr}, {u"<!ELEMENT x>", u"Unsupported <! node type", nullptr},
+        {u"<?xml version=\"1.0\"", u"Tag not closed @ 1", nullptr},
+        {u"<?xml version=\"1.0\" encoding=\"\"?><a/>", u"Illegal encoding", nullptr},
+        {u"<a x=1>v</a>", u"Malformed quotation", u"XMLReadAttribute"},
+        {u"<a x=\"1\" y=\"<\">v</a>", u"Tag not closed @ 1", nullptr},
+        {u"<a x\"y=\"1\">v</a>", u"Illegal element name: x\"y", u"XMLReadAttribute"},
     };
-    for (const Malformed& m : cases) {
-        SCOPED_TRACE(automation::utf16_to_utf8(m.text));
+    for (const auto& [text, description, source] : cases) {
         auto f = testing::field_of(exLong, u"Previo");
         f->let_Value(Variant(7));
-        f->get_Children()->Add(u"Hijo", u"", exText, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
-        std::u16string encode;
-        std::u16string text = m.text;
+        testing::add_field(*f->get_Children(), u"Hijo");
+        std::u16string encode, given = text;
         int32_t position = 0;
-        auto e = error_of([&] { f->LoadElement(encode, position, text); });
-        EXPECT_EQ(e.number(), -2147221504);
-        EXPECT_EQ(e.source(), m.source);
-        EXPECT_EQ(e.description(), m.description);
-        EXPECT_EQ(position, 0);
-        EXPECT_EQ(f->get_Name(), u"Previo");
-        EXPECT_EQ(f->get_Value(), Variant(7));
-        EXPECT_EQ(f->get_Children()->size(), 1u);
+        auto e = error_of([&] { f->LoadElement(encode, position, given); });
+        EXPECT_EQ(std::tuple(e.number(), e.source(), e.description(), position, f->get_Name(), f->get_Value(),
+                             f->get_Children()->size()),
+                  std::tuple(-2147221504, std::u16string(source ? source : u"Celdo.eat"), std::u16string(description),
+                             0, std::u16string(u"Previo"), Variant(7), size_t{1}))
+            << automation::utf16_to_utf8(text);
     }
 }
 
-TEST(LoadElement, RefusesPositionsOutsideTheTextAndRunawayNesting) {
+TEST(LoadElement, RefusesPositionsOutsideTheTextAndTreesDeeperThanTheWriterWrites) {
     auto f = automation::make_ref<clsCeldo>();
-    std::u16string encode;
-    std::u16string text = u"<a/>";
-    int32_t before = -1;
-    int32_t after = 5;
-    EXPECT_EQ(error_of([&] { f->LoadElement(encode, before, text); }).number(), 5);
-    EXPECT_EQ(error_of([&] { f->LoadElement(encode, after, text); }).number(), 5);
-
-    std::u16string deep;
-    for (int i = 0; i < 1000; ++i) deep += u"<a>";
-    int32_t position = 0;
-    EXPECT_EQ(error_of([&] { f->LoadElement(encode, position, deep); }).description(), u"Nesting too deep");
+    std::u16string encode, text = u"<a/>";
+    for (int32_t outside : {-1, 5}) EXPECT_EQ(error_of([&] { f->LoadElement(encode, outside, text); }).number(), 5);
+    // A root and 256 levels under it load; one level more is refused, as the writer refuses it.
+    for (int levels : {clsCeldo::kMaxNesting, clsCeldo::kMaxNesting + 1}) {
+        std::u16string nested;
+        for (int i = 0; i <= levels; ++i) nested = u"<a>" + nested + u"</a>";
+        int32_t position = 0;
+        if (levels == clsCeldo::kMaxNesting) EXPECT_EQ(load(nested, position)->get_Children()->size(), 1u);
+        else EXPECT_EQ(error_of([&] { f->LoadElement(encode, position, nested); }).description(), u"Nesting too deep");
+    }
 }
 
 // ---- round trips
@@ -193,13 +157,13 @@ TEST(LoadElement, RefusesPositionsOutsideTheTextAndRunawayNesting) {
 std::string shape(const clsCeldo& f) {
     const auto type = f.get_NodeType();
     std::string out = std::to_string(type);
-    if (type == xntNode || type == xntEmpty) out += "<" + automation::utf16_to_utf8(f.get_Name());
-    const auto& attributes = *f.get_Attributes();
     if (type == xntNode || type == xntEmpty) {
+        out += "<" + automation::utf16_to_utf8(f.get_Name());
+        const auto& attributes = *f.get_Attributes();
         for (size_t i = 0; i < attributes.size(); ++i)
             // The writer leaves out attributes without value text.
-            if (!automation::to_string(attributes.at(i).get_XMLValue()).empty()) out += " " + automation::utf16_to_utf8(attributes.at(i).get_Name()) + "=[" +
-                   automation::utf16_to_utf8(automation::to_string(attributes.at(i).get_XMLValue())) + "]";
+            if (const auto value = automation::to_string(attributes.at(i).get_XMLValue()); !value.empty())
+                out += " " + automation::utf16_to_utf8(attributes.at(i).get_Name() + u"=[" + value + u"]");
     }
     if (type == xntEmpty) return out + "/>";
     const auto& children = *f.get_Children();
@@ -227,10 +191,7 @@ public:
         default: f->let_NodeType(xntNode); break;
         }
         f->let_Name(name());
-        for (int n = pick(3); n > 0; --n) {
-            f->get_Attributes()->Add(name(), u"", exText, 0, -1, false, u"", u"", Variant(text(true)), kNone, kNone,
-                                     kNone);
-        }
+        for (int n = pick(3); n > 0; --n) testing::add_field(*f->get_Attributes(), name(), exText, Variant(text(true)));
         if (kind >= 6) {
             // Children as the writer can tell them apart: some markup among them, text children
             // never side by side.

@@ -13,54 +13,44 @@ using automation::Variant;
 using celdo::testing::error_of;
 using celdo::testing::field_of;
 
-TEST(FieldFormat, CurrencyFieldsDefaultToTheNumberFormat) {
-    EXPECT_EQ(field_of(exCurrency)->get_Format(), u"###,###,###,###,##0;(###,###,###,###,##0);0");
-    EXPECT_EQ(field_of(exnumExpresion)->get_Format(), u"###,###,###,###,##0;(###,###,###,###,##0);0");
-    EXPECT_EQ(field_of(exText)->get_Format(), u"");
+TEST(Field, FormatTypeNameAndDisplaySizeByType) {
+    const std::u16string accounting = u"###,###,###,###,##0;(###,###,###,###,##0);0";
+    for (auto [type, format] : {std::pair(exCurrency, accounting), {exnumExpresion, accounting}, {exText, u""}})
+        EXPECT_EQ(field_of(type)->get_Format(), format) << type;
+    // Spanish names, with deliberate gaps.
+    const std::pair<ExDataType, Variant> names[] = {
+        {exLong, u"Entero Largo"}, {exMemo, u"Bloque de Texto"}, {exdtmExpresion, u"Date Expresion"},
+        {exTime, Variant()},       {exDateTime, Variant()},      {static_cast<ExDataType>(4242), Variant()}};
+    for (const auto& [type, name] : names) EXPECT_EQ(field_of(type)->get_DataTypeName(), name) << type;
+    // A text is as wide as its Size.
+    for (auto [type, size] : {std::pair(exText, 40), {exLong, 14}, {exDate, 10}, {exBoolean, 6}, {exDateTime, 14}}) {
+        auto f = field_of(type);
+        f->let_Size(type == exText ? size : 0);  // 0: the type's own
+        EXPECT_EQ(f->get_DefaultDisplaySize(), size) << type;
+    }
 }
 
-TEST(FieldFormat, NumericFieldsRefuseAMinusSign) {
+TEST(Field, NumericFormatsRefuseAMinusSign) {
     auto f = field_of(exDouble);
     f->let_Format(u"#,##0.00");
     auto e = error_of([&] { f->let_Format(u"#,##0.00;-#,##0.00"); });
-    EXPECT_EQ(e.number(), -2147221503);
-    EXPECT_EQ(e.description(), u"Formato no valido");
-    EXPECT_EQ(e.source(), u"Celdo");
+    EXPECT_EQ(std::tuple(e.number(), e.source(), e.description()),
+              std::tuple(-2147221503, std::u16string(u"Celdo"), std::u16string(u"Formato no valido")));
     EXPECT_EQ(f->get_Format(), u"#,##0.00");
     auto text = field_of(exText);
     text->let_Format(u"-@");
     EXPECT_EQ(text->get_Format(), u"-@");
 }
 
-TEST(FieldTypeName, SpanishNamesWithDeliberateGaps) {
-    EXPECT_EQ(field_of(exLong)->get_DataTypeName(), Variant(u"Entero Largo"));
-    EXPECT_EQ(field_of(exMemo)->get_DataTypeName(), Variant(u"Bloque de Texto"));
-    EXPECT_EQ(field_of(exdtmExpresion)->get_DataTypeName(), Variant(u"Date Expresion"));
-    EXPECT_TRUE(field_of(exTime)->get_DataTypeName().is_empty());
-    EXPECT_TRUE(field_of(exDateTime)->get_DataTypeName().is_empty());
-    EXPECT_TRUE(field_of(static_cast<ExDataType>(4242))->get_DataTypeName().is_empty());
-}
-
-TEST(FieldDisplaySize, ByType) {
-    auto text = field_of(exText);
-    text->let_Size(40);
-    EXPECT_EQ(text->get_DefaultDisplaySize(), 40);
-    EXPECT_EQ(field_of(exLong)->get_DefaultDisplaySize(), 14);
-    EXPECT_EQ(field_of(exDate)->get_DefaultDisplaySize(), 10);
-    EXPECT_EQ(field_of(exBoolean)->get_DefaultDisplaySize(), 6);
-    EXPECT_EQ(field_of(exDateTime)->get_DefaultDisplaySize(), 14);
-}
-
-TEST(Redondear, TiesGoToEvenAndNegativeLengthsRoundToTens) {
+TEST(Field, RedondearTiesGoToEvenAndNegativeLengthsRoundToTens) {
     auto f = field_of(exDouble);
-    EXPECT_EQ(f->Redondear(Variant(2.5), 0), Variant(2.0));
-    EXPECT_EQ(f->Redondear(Variant(3.5), 0), Variant(4.0));
-    EXPECT_EQ(f->Redondear(Variant(1234), -2), Variant(1200));
-    EXPECT_EQ(f->Redondear(Variant(1250.0), -2), Variant(1200.0)) << "a tie goes to the even hundred";
-    EXPECT_EQ(f->Redondear(Variant(1350.0), -2), Variant(1400.0));
-    EXPECT_EQ(f->Redondear(Variant(u"1234"), -1), Variant(1230.0)) << "text becomes Double";
-    EXPECT_EQ(f->Redondear(Variant(Currency{12345678}), -2), Variant(Currency{12000000}));
-    EXPECT_EQ(f->Redondear(Variant::null(), -1), Variant::null());
+    celdo::testing::expect_rows<Variant>({
+        {f->Redondear(2.5, 0), 2.0}, {f->Redondear(3.5, 0), 4.0}, {f->Redondear(1234, -2), 1200},
+        {f->Redondear(1250.0, -2), 1200.0}, {f->Redondear(1350.0, -2), 1400.0},  // a tie goes to the even hundred
+        {f->Redondear(u"1234", -1), 1230.0},  // text becomes Double
+        {f->Redondear(Currency{12345678}, -2), Currency{12000000}},
+        {f->Redondear(Variant::null(), -1), Variant::null()},
+    });
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 // Row sources: the derived kind, the parsed value list, the column settings.
 #include <gtest/gtest.h>
 
+#include "automation/convert.hpp"
 #include "collections/clsCeldos.hpp"
 #include "fields/clsCeldo.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/test_support.hpp"
 
@@ -12,7 +14,7 @@ namespace {
 using automation::Variant;
 using celdo::testing::field_of;
 
-TEST(RowSourceType, IsDerivedFromTheText) {
+TEST(RowSource, TheKindIsDerivedFromTheText) {
     auto f = field_of(exText);
     const std::pair<const char16_t*, exRowSourceType> cases[] = {
         {u"select * from t", exQuery}, {u"Exec sp_lista", exSPReturnValues}, {u"A;B;C", exValueList},
@@ -28,76 +30,51 @@ TEST(RowSourceType, IsDerivedFromTheText) {
     EXPECT_EQ(f->get_RowSourceType(), exQuery) << "the Let only records a wish";
 }
 
-TEST(GetRowSource, ParsesAValueListColumnByColumn) {
-    auto f = field_of(exLong);
-    f->let_ColumnCount(2);
-    f->let_RowSource(u"1;Uno;2;Dos");
-    Variant rows = f->get_GetRowSource();
-    ASSERT_TRUE(rows.is_array());
-    const automation::Array& a = rows.as_array();
-    EXPECT_EQ(a.ubound(1), 1);
-    EXPECT_EQ(a.ubound(2), 1);
-    EXPECT_EQ(a.at(0, 0), Variant(u"1"));
-    EXPECT_EQ(a.at(1, 0), Variant(u"Uno"));
-    EXPECT_EQ(a.at(0, 1), Variant(u"2"));
-    EXPECT_EQ(a.at(1, 1), Variant(u"Dos"));
+TEST(RowSource, AValueListIsCutIntoColumnsByRowsAndQueriesAreLeftToTheHost) {
+    const std::tuple<uint8_t, const char16_t*, std::u16string> cases[] = {
+        // column count, row source: the cells, row by row (without a count, one column)
+        {2, u"1;Uno;2;Dos", u"1|Uno;2|Dos"}, {0, u" A ; B,C ", u"A;B;C"}, {0, u"Select Codigo From Tallas", u"Empty"}};
+    for (const auto& [columns, source, expected] : cases) {
+        auto f = field_of(exText);
+        f->let_ColumnCount(columns);
+        f->let_RowSource(source);
+        const Variant list = f->get_GetRowSource();
+        std::u16string cells = list.is_empty() ? u"Empty" : u"";
+        for (int32_t r = 0; list.is_array() && r <= list.as_array().ubound(2); ++r)
+            for (int32_t c = 0; c <= list.as_array().ubound(1); ++c)
+                cells += (c ? u"|" : r ? u";" : u"") + automation::to_string(list.as_array().at(c, r));
+        EXPECT_EQ(cells, expected) << automation::utf16_to_utf8(source);
+    }
 }
 
-TEST(GetRowSource, WithoutAColumnCountTheListIsOneColumn) {
-    auto f = field_of(exText);
-    f->let_RowSource(u" A ; B,C ");
-    const automation::Array a = f->get_GetRowSource().as_array();
-    EXPECT_EQ(a.ubound(1), 0);
-    EXPECT_EQ(a.ubound(2), 2);
-    EXPECT_EQ(a.at(0, 1), Variant(u"B"));
-    EXPECT_EQ(a.at(0, 2), Variant(u"C"));
-}
-
-TEST(GetRowSource, HeadsBecomeTheColumnHeader) {
+TEST(RowSource, HeadsBecomeTheColumnHeaderWhichIsTheReferenceTheHostSets) {
     auto f = field_of(exText);
     f->let_ColumnCount(3);
     f->let_ColumnHeads(true);
     f->let_RowSource(u"Codigo;Nombre");
-    const automation::Array a = f->get_GetRowSource().as_array();
-    auto header = f->GetColumnHeader();
-    ASSERT_TRUE(header);
-    ASSERT_EQ(header->get_Count(), 3);
-    EXPECT_EQ(header->at(0).get_Name(), u"Codigo");
-    EXPECT_EQ(header->at(1).get_Name(), u"Nombre");
-    EXPECT_EQ(header->at(2).get_Name(), u"Celdo3") << "a column without a head is numbered from 1";
-    EXPECT_TRUE(a.at(0, 0).is_empty());
-}
-
-TEST(GetRowSource, QueriesAreLeftToTheHost) {
-    auto f = field_of(exText);
-    f->let_RowSource(u"Select Codigo From Tallas");
-    EXPECT_TRUE(f->get_GetRowSource().is_empty());
-}
-
-TEST(DisplayControlType, ListsTheChoosableControlsWithSpanishNames) {
-    const automation::Array a = field_of(exText)->get_DisplayControlType().as_array();
-    ASSERT_EQ(a.ubound(2), 5);
-    EXPECT_EQ(a.at(0, 0), Variant(static_cast<int32_t>(exTextBox)));
-    EXPECT_EQ(a.at(1, 0), Variant(u"Cuadro de texto"));
-    EXPECT_EQ(a.at(0, 5), Variant(static_cast<int32_t>(exCheckBox)));
-    EXPECT_EQ(a.at(1, 3), Variant(u"Botón de opciones"));
-}
-
-TEST(ColumnWidth, ComputedFromTheDisplaySizeUntilSet) {
-    auto f = field_of(exLong);
-    EXPECT_EQ(f->get_ColumnWidth(), 14 * 120);
-    f->let_ColumnWidth(900);
-    EXPECT_EQ(f->get_ColumnWidth(), 900);
-    auto wide = field_of(exText);
-    wide->let_Size(1000);
-    EXPECT_EQ(wide->get_ColumnWidth(), 32767);
-}
-
-TEST(ColumnHeader, IsTheReferenceTheHostSets) {
-    auto f = field_of(exText);
+    EXPECT_TRUE(f->get_GetRowSource().as_array().at(0, 0).is_empty());
+    // A column without a head is numbered from 1.
+    EXPECT_EQ(celdo::testing::names_of(*f->GetColumnHeader()), u"Codigo,Nombre,Celdo3");
     auto header = automation::make_ref<collections::clsCeldos>();
     f->set_ColumnHeader(header);
     EXPECT_EQ(f->GetColumnHeader().get(), header.get());
+}
+
+TEST(RowSource, DisplayControlTypeListsTheChoosableControlsWithSpanishNames) {
+    const automation::Array a = field_of(exText)->get_DisplayControlType().as_array();
+    ASSERT_EQ(a.ubound(2), 5);
+    EXPECT_EQ(std::tuple(a.at(0, 0), a.at(1, 0), a.at(0, 5), a.at(1, 3)),
+              std::tuple(Variant(static_cast<int32_t>(exTextBox)), Variant(u"Cuadro de texto"),
+                         Variant(static_cast<int32_t>(exCheckBox)), Variant(u"Botón de opciones")));
+}
+
+TEST(RowSource, ColumnWidthIsComputedFromTheDisplaySizeUntilSet) {
+    auto f = field_of(exLong), wide = field_of(exText);
+    EXPECT_EQ(f->get_ColumnWidth(), 14 * 120);
+    f->let_ColumnWidth(900);
+    EXPECT_EQ(f->get_ColumnWidth(), 900);
+    wide->let_Size(1000);
+    EXPECT_EQ(wide->get_ColumnWidth(), 32767);
 }
 
 }  // namespace
