@@ -26,6 +26,17 @@ Ref<clsCeldo> field(std::u16string name = u"F") {
     return f;
 }
 
+// A field and `levels` more under it, each the only child of the one before.
+Ref<clsCeldo> chain(int levels) {
+    auto root = field();
+    for (Ref<clsCeldo> at = root; levels-- > 0;) {
+        auto next = field();
+        at->get_Children()->Append(next, kNone, kNone, u"");
+        at = next;
+    }
+    return root;
+}
+
 class Lifetime : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -46,7 +57,7 @@ TEST_F(Lifetime, EveryCycleTheModelCanFormIsCollected) {
         f->get_Children()->Append(f, kNone, kNone, u"");
         // A row appended into the children of one of its own fields.
         auto row = automation::make_ref<clsCeldos>();
-        auto g = row->Add(u"G", u"", fields::exText, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
+        auto g = celdo::testing::add_field(*row, u"G");
         g->get_Children()->Appends(row, kNone, kNone, u"");
         // A field holding itself as its value, and as its extended properties.
         auto h = field(u"H");
@@ -56,7 +67,7 @@ TEST_F(Lifetime, EveryCycleTheModelCanFormIsCollected) {
         // A row of rows that holds itself through a field's value.
         auto records = automation::make_ref<clsRegistro>();
         records->Add(row, u"");
-        auto k = row->Add(u"K", u"", fields::exObject, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
+        auto k = celdo::testing::add_field(*row, u"K", fields::exObject);
         k->set_Value(Variant(Ref<automation::Object>(records)));
         // The audit fields, whose own children hold the row they are in.
         auto audit = automation::make_ref<CeldosSeguimiento>();
@@ -73,7 +84,7 @@ TEST_F(Lifetime, WhatIsStillHeldSurvivesWithItsValues) {
     auto row = automation::make_ref<clsCeldos>();
     Ref<clsCeldo> kept;
     {
-        auto f = row->Add(u"A", u"", fields::exText, 0, -1, false, u"", u"", Variant(u"x"), kNone, kNone, kNone);
+        auto f = celdo::testing::add_field(*row, u"A", fields::exText, Variant(u"x"));
         f->get_Children()->Appends(row, kNone, kNone, u"");  // a cycle, but held through `row`
         kept = field(u"Suelto");
         kept->get_Children()->Append(kept, kNone, kNone, u"");
@@ -103,15 +114,7 @@ TEST_F(Lifetime, CollectionsComeDueAsObjectsAreMade) {
 }
 
 TEST_F(Lifetime, LongChainsAreReleasedWithoutRecursion) {
-    // Each field the only child of the one before: releasing the head releases 200,000 levels.
-    auto head = field();
-    Ref<clsCeldo> tail = head;
-    for (int i = 0; i < 200000; ++i) {
-        auto next = field();
-        tail->get_Children()->Append(next, kNone, kNone, u"");
-        tail = next;
-    }
-    tail = nullptr;
+    auto head = chain(200000);
     head = nullptr;
     EXPECT_EQ(alive(), 0u);
 }
@@ -137,25 +140,17 @@ TEST_F(Lifetime, WalksOverChildrenStopAtACycle) {
     EXPECT_EQ(row->Range(u"Ciclo")->size(), 1u);
 }
 
-TEST_F(Lifetime, DeepTreesCopyUpToTheWritersDepth) {
-    auto build = [](int levels) {
-        auto root = field();
-        Ref<clsCeldo> at = root;
-        for (int i = 0; i < levels; ++i) {
-            auto next = field();
-            at->get_Children()->Append(next, kNone, kNone, u"");
-            at = next;
-        }
-        return root;
-    };
+TEST_F(Lifetime, WalksTakeTreesUpTo256LevelsUnderTheirRoot) {
     auto row = automation::make_ref<clsCeldos>();
     std::u16string name;
     Variant value = kNone;
-    auto shallow = build(clsCeldo::kMaxNesting);
-    auto copy = row->Duplicate(shallow, name, value);
-    EXPECT_NE(copy.get(), shallow.get());
-    auto deep = build(clsCeldo::kMaxNesting + 1);
+    auto shallow = chain(clsCeldo::kMaxNesting), deep = chain(clsCeldo::kMaxNesting + 1);
+    EXPECT_NE(row->Duplicate(shallow, name, value).get(), shallow.get());
+    EXPECT_NO_THROW(shallow->XML(u""));
+    EXPECT_NO_THROW(shallow->Clip());
     EXPECT_EQ(error_of([&] { row->Duplicate(deep, name, value); }).description(), u"Nesting too deep");
+    EXPECT_EQ(error_of([&] { deep->XML(u""); }).description(), u"Nesting too deep");
+    EXPECT_EQ(error_of([&] { deep->Clip(); }).description(), u"Nesting too deep");
 }
 
 }  // namespace

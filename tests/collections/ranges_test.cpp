@@ -12,7 +12,6 @@ namespace {
 using automation::Ref;
 using automation::Variant;
 
-using celdo::testing::kNone;
 using celdo::testing::names_of;
 
 std::u16string joined(const std::vector<std::u16string>& items) {
@@ -22,23 +21,22 @@ std::u16string joined(const std::vector<std::u16string>& items) {
 }
 
 TEST(CutNames, TrimsSkipsEmptyItemsAndKeepsQuotedCommas) {
-    EXPECT_EQ(joined(xml::cut_names(u"Codigo, Nombre")), u"[Codigo][Nombre]");
-    EXPECT_EQ(joined(xml::cut_names(u"Codigo,,  ,Nombre,")), u"[Codigo][Nombre]");
-    EXPECT_EQ(joined(xml::cut_names(u" \"Total, neto\" ,A")), u"[Total, neto][A]");
-    EXPECT_EQ(joined(xml::cut_names(u"\"a\"b\",c")), u"[a\"b][c]") << "the quote that a comma follows closes";
-    EXPECT_EQ(joined(xml::cut_names(u"\"a\"b")), u"[a][b]") << "else the next quote";
-    EXPECT_EQ(joined(xml::cut_names(u"\"abierto, x")), u"[abierto, x]") << "an unclosed quote runs to the end";
-    EXPECT_EQ(joined(xml::cut_names(u"")), u"");
-    EXPECT_EQ(joined(xml::cut_names(u"  ")), u"");
+    const auto cut = [](std::u16string_view list) { return joined(xml::cut_names(list)); };
+    celdo::testing::expect_rows<std::u16string>({
+        {cut(u"Codigo, Nombre"), u"[Codigo][Nombre]"}, {cut(u"Codigo,,  ,Nombre,"), u"[Codigo][Nombre]"},
+        {cut(u" \"Total, neto\" ,A"), u"[Total, neto][A]"},
+        {cut(u"\"a\"b\",c"), u"[a\"b][c]"},  // the quote that a comma follows closes,
+        {cut(u"\"a\"b"), u"[a][b]"},          // else the next quote,
+        {cut(u"\"abierto, x"), u"[abierto, x]"},  // else the end
+        {cut(u""), u""}, {cut(u"  "), u""},
+    });
 }
 
 class Ranges : public ::testing::Test {
 protected:
     void SetUp() override {
-        for (const char16_t* name : {u"Nombre", u"Codigo", u"Total", u"NProfile", u"UFecha"}) {
-            row->Add(name, u"", fields::exText, 0, -1, false, u"", u"", Variant(std::u16string(name) + u"!"), kNone,
-                     kNone, kNone);
-        }
+        for (const char16_t* name : {u"Nombre", u"Codigo", u"Total", u"NProfile", u"UFecha"})
+            celdo::testing::add_field(*row, name, fields::exText, Variant(std::u16string(name) + u"!"));
     }
     Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
 };

@@ -18,11 +18,8 @@ using celdo::testing::error_of;
 using fields::clsCeldo;
 
 using celdo::testing::kNone;
+using celdo::testing::add_field;
 
-Ref<clsCeldo> add(clsCeldos& c, std::u16string name, fields::ExDataType type = fields::exText, Variant value = kNone,
-                  bool required = false) {
-    return celdo::testing::add_field(c, std::move(name), type, std::move(value), required);
-}
 
 std::u16string values(const clsCeldos& c) {
     std::u16string out;
@@ -40,8 +37,8 @@ protected:
 };
 
 TEST_F(State, WalksReachEveryField) {
-    add(*row, u"A", fields::exText, Variant(u"a"));
-    add(*row, u"B", fields::exLong, Variant(2))->let_DefaultValue(Variant(7));
+    add_field(*row, u"A", fields::exText, Variant(u"a"));
+    add_field(*row, u"B", fields::exLong, Variant(2))->let_DefaultValue(Variant(7));
     row->at(0).let_Value(Variant(u"changed"));
 
     row->CancelUpdate();
@@ -63,10 +60,10 @@ TEST_F(State, WalksReachEveryField) {
 }
 
 TEST_F(State, ChangeOperatorPreparesLoadsAndSearches) {
-    add(*row, u"Texto");
-    add(*row, u"Fecha", fields::exDate);
-    add(*row, u"Numero", fields::exLong);
-    add(*row, u"Activo", fields::exBoolean);
+    add_field(*row, u"Texto");
+    add_field(*row, u"Fecha", fields::exDate);
+    add_field(*row, u"Numero", fields::exLong);
+    add_field(*row, u"Activo", fields::exBoolean);
     auto operators = [&] {
         std::u16string out;
         for (size_t i = 0; i < row->size(); ++i) out += row->at(i).get_Operator() + u";";
@@ -84,13 +81,13 @@ TEST_F(State, ChangeOperatorPreparesLoadsAndSearches) {
 }
 
 TEST_F(State, AssingGoesByPositionAndKeepsTheAuditFields) {
-    add(*row, u"Codigo", fields::exLong, Variant(1));
-    add(*row, u"NFecha", fields::exText, Variant(u"keep"));
-    add(*row, u"Nombre", fields::exText, Variant(u"old"));
-    add(*row, u"Resto", fields::exText, Variant(u"untouched"));
-    add(*other, u"Otro", fields::exText, Variant(u"42"))->let_DefaultValue(Variant(u"9"));
-    add(*other, u"nfecha", fields::exText, Variant(u"lost"));
-    add(*other, u"Cualquiera", fields::exText, Variant(u"new"));
+    add_field(*row, u"Codigo", fields::exLong, Variant(1));
+    add_field(*row, u"NFecha", fields::exText, Variant(u"keep"));
+    add_field(*row, u"Nombre", fields::exText, Variant(u"old"));
+    add_field(*row, u"Resto", fields::exText, Variant(u"untouched"));
+    add_field(*other, u"Otro", fields::exText, Variant(u"42"))->let_DefaultValue(Variant(u"9"));
+    add_field(*other, u"nfecha", fields::exText, Variant(u"lost"));
+    add_field(*other, u"Cualquiera", fields::exText, Variant(u"new"));
     row->Assing(other);
     EXPECT_EQ(values(*row), u"42,keep,new,untouched") << "names do not matter; the audit name is skipped";
     EXPECT_EQ(row->at(0).get_DefaultValue(), Variant(u"9")) << "the default comes along";
@@ -100,10 +97,10 @@ TEST_F(State, AssingGoesByPositionAndKeepsTheAuditFields) {
 }
 
 TEST_F(State, UpdateGoesByNameThroughAProperty) {
-    add(*row, u"Codigo", fields::exLong, Variant(1));
-    add(*row, u"Nombre", fields::exText, Variant(u"old"));
-    add(*other, u"NOMBRE", fields::exText, Variant(u"new"))->let_Caption(u"Título");
-    add(*other, u"Ajeno", fields::exText, Variant(u"ignored"));
+    add_field(*row, u"Codigo", fields::exLong, Variant(1));
+    add_field(*row, u"Nombre", fields::exText, Variant(u"old"));
+    add_field(*other, u"NOMBRE", fields::exText, Variant(u"new"))->let_Caption(u"Título");
+    add_field(*other, u"Ajeno", fields::exText, Variant(u"ignored"));
     row->Update(other, u"Value");
     EXPECT_EQ(values(*row), u"1,new");
     row->Update(other, u"Caption");
@@ -113,8 +110,8 @@ TEST_F(State, UpdateGoesByNameThroughAProperty) {
 }
 
 TEST_F(State, ValidateRequiredChecksByEditMode) {
-    auto codigo = add(*row, u"Codigo", fields::exLong, kNone, true);
-    add(*row, u"Nombre", fields::exText, kNone, true);
+    auto codigo = add_field(*row, u"Codigo", fields::exLong, kNone, true);
+    add_field(*row, u"Nombre", fields::exText, kNone, true);
     std::u16string msg;
     EXPECT_TRUE(row->ValidateRequired(msg, fields::exUpdate)) << "nothing updated, nothing checked";
     EXPECT_EQ(msg, u"");
