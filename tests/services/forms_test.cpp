@@ -16,20 +16,19 @@ Fields customer() {
     Fields row = header({{u"Nombre", exText, u"", u"Ana"}, {u"Edad", exLong, u"", 30}, {u"Activo", exBoolean, u"", true},
                          {u"Alta", exDate, u"", kAlta}, {u"Baja", exDate}, {u"Pais", exLong, u"", 2}, {u"Nota", exText},
                          {u"Foto", exText}});
-    Variant key(u"Nombre");
-    row->get_Item(key)->let_Size(40);
-    row->get_Item(key)->let_Caption(u"Nombre del cliente");
-    key = u"Pais";
-    row->get_Item(key)->let_RowSource(u"1;Uno;2;Dos");
-    row->get_Item(key)->let_ColumnCount(2);
-    key = u"Foto";
-    row->get_Item(key)->let_RowSource(u"c:\\foto.bmp");
+    field_in(row, u"Nombre")->let_Size(40);
+    field_in(row, u"Nombre")->let_Caption(u"Nombre del cliente");
+    field_in(row, u"Pais")->let_RowSource(u"1;Uno;2;Dos");
+    field_in(row, u"Pais")->let_ColumnCount(2);
+    field_in(row, u"Foto")->let_RowSource(u"c:\\foto.bmp");
     return row;
 }
 
-Variant value_of(const Fields& row, const char16_t* name) {
-    Variant key(name);
-    return row->get_Item(key)->get_Value();
+// The rendered values of these fields of a row, one after another.
+std::string values(const Fields& row, std::initializer_list<const char16_t*> names) {
+    std::string out;
+    for (const char16_t* name : names) out += render(field_in(row, name)->get_Value());
+    return out;
 }
 
 // What was done to a control, without its label and without reads: "Let Text = "Ana"; ...".
@@ -105,9 +104,8 @@ TEST_F(ServiceForms, ListsAndImageCombosAreFilledFromTheRowSourceThenSelected) {
     EXPECT_EQ(writes(*combo, "icbPais"), R"(Let ForeColor = 8735488; Let Caption = "Pais"; Call Refresh())");
     EXPECT_EQ(fake(frm).lines("Selected"), "item1: Let Selected = True; item2: Let Selected = True");
     // A value that no item stands for leaves nothing selected; a required field offers no "{Ninguno}".
-    Variant key(u"Pais");
-    row->get_Item(key)->let_Value(7);
-    row->get_Item(key)->let_Required(true);
+    field_in(row, u"Pais")->let_Value(7);
+    field_in(row, u"Pais")->let_Required(true);
     combo->kid("ComboItems").items->clear();
     s.FillForm(frm, row, u"", false);
     EXPECT_EQ(shown(combo, "ComboItems"), "K1: Uno; K2: Dos");
@@ -137,8 +135,7 @@ TEST_F(ServiceForms, BindingByDataFieldNameGroupAndRefresh) {
     }
     // A refresh rewrites only the fields changed since they were last taken as saved.
     row->Updated();
-    Variant key(u"Edad");
-    row->get_Item(key)->let_Value(31);
+    field_in(row, u"Edad")->let_Value(31);
     s.FillForm(frm, row, u"Cliente", true);
     std::string rewritten;
     for (const auto& c : controls) rewritten += std::to_string(c->count("Let Text"));
@@ -173,10 +170,9 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     Control frm = form({text, masked, check, picker, list, label, plain}, log);
     Fields row = customer();
     s.FillCeldosForm(frm, row, u"");
-    EXPECT_EQ(render(value_of(row, u"Nombre")) + render(value_of(row, u"Edad")) + render(value_of(row, u"Activo")) +
-                  render(value_of(row, u"Pais")) + render(value_of(row, u"Nota")),
+    EXPECT_EQ(values(row, {u"Nombre", u"Edad", u"Activo", u"Pais", u"Nota"}),
               "\"Luis\"45False1Empty");  // nor is a label
-    EXPECT_EQ(render(value_of(row, u"Alta")), "\"3/9/2024\"");
+    EXPECT_EQ(values(row, {u"Alta"}), "\"3/9/2024\"");
 
     // A value the field refuses reaches the caller as the field's own error, after the rest.
     masked->props["ClipText"] = u"abc";
@@ -188,7 +184,7 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     const auto expected = error_of([&] { probe->let_Value(u"abc"); });
     const auto raised = error_of([&] { s.FillCeldosForm(frm, row, u""); });
     EXPECT_EQ(std::tuple(raised.number(), raised.description()), std::tuple(expected.number(), expected.description()));
-    EXPECT_EQ(render(value_of(row, u"Nombre")) + render(value_of(row, u"Edad")) + render(value_of(row, u"Pais")), "\"Eva\"451");
+    EXPECT_EQ(values(row, {u"Nombre", u"Edad", u"Pais"}), "\"Eva\"451");
 }
 
 TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
@@ -210,13 +206,12 @@ TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
         combo->props["SelectedItem"] = key ? Variant(Ref<automation::Object>(item)) : Variant::nothing();
         for (int i = 0; i < 3; ++i) fake(options->kid("Buttons").items->at(i).object()).props["Value"] = i == chosen;
         Fields row = customer();
-        Variant name(u"Pais");
-        row->get_Item(name)->let_DataType(exText);
-        if (!text || std::u16string_view(text) != u"Nada") row->get_Item(name)->let_DefaultValue(5);
+        const auto pais = field_in(row, u"Pais");
+        pais->let_DataType(exText);
+        if (!text || std::u16string_view(text) != u"Nada") pais->let_DefaultValue(5);
         s.FillCeldosForm(frm, row, u"");
-        name = u"Pais";
-        EXPECT_EQ(render(value_of(row, u"Pais")) + " " + automation::utf16_to_utf8(row->get_Item(name)->get_Description()) +
-                      " " + render(value_of(row, u"Edad")) + " " + std::to_string(row->get_Item(name)->get_Updated()),
+        EXPECT_EQ(values(row, {u"Pais"}) + " " + automation::utf16_to_utf8(pais->get_Description()) + " " +
+                      values(row, {u"Edad"}) + " " + std::to_string(pais->get_Updated()),
                   expected);
     }
 }

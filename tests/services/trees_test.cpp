@@ -24,8 +24,8 @@ struct TreeDouble {
         tree->kid("Nodes", "nodes").on["Add"] = [this](std::span<Argument> a) {
             const std::string key = automation::utf16_to_utf8(automation::to_string(a[2].value));
             if (refused.count(key)) throw automation::AutomationError(35602, u"TreeView", u"Key is not unique");
-            added += (added.empty() ? "" : " ") + key + (a[0].value.is_missing() ? "" : "<" + render(a[0].value).substr(1));
-            if (added.back() == '"') added.pop_back();
+            const std::string relative = a[0].value.is_missing() ? "" : automation::utf16_to_utf8(automation::to_string(a[0].value));
+            added += (added.empty() ? "" : " ") + key + (relative.empty() ? "" : "<" + relative);
             if (!a[4].value.is_missing()) added += "/" + render(a[4].value);
             return Variant(make_ref<Fake>(u"Node", "node", tree->log));
         };
@@ -140,31 +140,18 @@ TEST_F(ServiceTrees, SingleNodesGetNodesAndTheDataAccessObject) {
 
     // ExecFillTreeView: the short form with the header as Nothing, parameters written back.
     const Fields parameters = header({{u"Id", exLong}}), answered = header({{u"Out", exLong}});
-    for (auto [connected, status, given, expected] :
-         {std::tuple(true, 0, parameters, "K1"), {true, -1, Fields(), ""}, {false, 0, Fields(), ""}}) {
+    const std::string asked = "ex: Call ExecFillArray(\"Select\", " + std::to_string(exOpenKeyset) + ", 0, Nothing";
+    for (auto [connected, status, given, expected, call] :
+         {std::tuple(true, 0, parameters, "K1", asked + ", Missing, Object)"), {true, -1, Fields(), "", asked + ")"},
+          {false, 0, Fields(), "", std::string()}}) {
         TreeDouble filled;
         Control view = filled.tree;
-        std::string received;
-        auto ex = make_ref<Fake>(u"DataAccess", "ex");
-        ex->props["HayConexion"] = connected;
-        ex->on["ExecFillArray"] = [&, status = status](std::span<Argument> a) {
-            for (const Argument& arg : a) received += render(arg.value) + (arg.by_ref ? "& " : " ");
-            a[2].value = status;
-            if (a.size() == 6) a[5].value = answered;
-            return matrix({{1, u"", u"a"}});
-        };
+        auto ex = data_access(connected, matrix({{1, u"", u"a"}}), {}, status, answered);
         s.set_Ex(ex);
         Fields in_out = given;
         s.ExecFillTreeView(view, u"Select", exOpenKeyset, Variant::missing(), Variant::missing(), in_out);
-        EXPECT_EQ(filled.added, expected);
-        if (given) {
-            EXPECT_EQ(received, "\"Select\"& " + std::to_string(exOpenKeyset) + "& 0& Nothing& Missing& Object& ");
-            EXPECT_EQ(in_out.get(), answered.get());
-        } else if (connected) {
-            EXPECT_EQ(received, "\"Select\"& " + std::to_string(exOpenKeyset) + "& 0& Nothing& ");
-        } else {
-            EXPECT_EQ(received, "");
-        }
+        EXPECT_EQ(std::tuple(filled.added, ex->lines("ExecFillArray"), in_out.get()),
+                  std::tuple(std::string(expected), call, given ? answered.get() : nullptr));
     }
 }
 

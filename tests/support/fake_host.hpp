@@ -1,76 +1,125 @@
 #pragma once
-// A host object for native tests: what the library reaches late-bound on Windows (a control,
-// the data-access object) as a plain C++ double. Properties live in a map, methods are
-// functions, and every call is logged, so that the library's calls can be checked exactly.
+// A host object for native tests: what the library reaches late-bound (a control, the
+// data-access object) as a plain C++ double. A Fake answers any member, keeps properties under
+// their rendered name ("ColWidth(0)") and writes every call to one log shared with the objects
+// it hands out, so a test reads what the library did, in order:
+//   lv: Get ListItems; items: Call Add(Missing, "K12", "a"); item1: Let SubItems(1) = "b"
+// With `items` set it is also a collection: Count, Item from `base` (error 9 outside), Remove,
+// Clear, and Add, whose new item keeps its arguments as Index, Key, Text, Width and Alignment.
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "automation/convert.hpp"
+#include "automation/enumerator.hpp"
 #include "automation/error.hpp"
-#include "automation/object.hpp"
 #include "automation/text.hpp"
-#include "automation/textops.hpp"
-#include "automation/variant.hpp"
 
 namespace celdo::testing {
 
-class FakeHost final : public automation::Object {
+using automation::Argument, automation::make_ref, automation::Ref, automation::Variant;
+using Log = std::shared_ptr<std::vector<std::string>>;
+
+inline std::string render(const Variant& v) {
+    if (v.is_missing()) return "Missing";
+    if (v.is_array()) return "Array";
+    switch (v.type()) {
+        case automation::VarType::Empty: return "Empty";
+        case automation::VarType::Null: return "Null";
+        case automation::VarType::String: return "\"" + automation::utf16_to_utf8(v.as_string()) + "\"";
+        case automation::VarType::Object: return v.as_object() ? "Object" : "Nothing";
+        default: return automation::utf16_to_utf8(automation::to_string(v));
+    }
+}
+
+inline Variant refuse(std::span<Argument>) { throw automation::AutomationError(380, u"Control", u"refused"); }
+
+class Fake final : public automation::Object {
 public:
-    using Method = std::function<automation::Variant(std::span<automation::Argument>)>;
+    explicit Fake(std::u16string type, std::string label = "c", Log shared = std::make_shared<std::vector<std::string>>())
+        : log(std::move(shared)), type_(std::move(type)), label_(std::move(label)) {}
 
-    explicit FakeHost(std::u16string type_name) : type_name_(std::move(type_name)) {}
+    Log log;
+    std::map<std::string, Variant> props;
+    std::map<std::string, std::function<Variant(std::span<Argument>)>> on;  // members answered by code
+    std::set<std::string> absent;
+    std::optional<std::vector<Variant>> items;
+    int32_t base = 1;
 
-    // A property, created Empty on first mention.
-    automation::Variant& property(std::u16string_view name) { return properties_[id_of(name)]; }
-    // A method; its arguments arrive in source order and by-reference ones can be assigned.
-    void method(std::u16string_view name, Method body) { methods_[id_of(name)] = std::move(body); }
-
-    // "Get Text", "Let Text", "Set Font", "Call AddItem", in the order they came.
-    std::vector<std::string> log;
-
-    std::u16string type_name() const override { return type_name_; }
-
-    std::optional<int32_t> member_id(std::u16string_view name) override {
-        auto it = ids_.find(automation::lower_case(name));
-        if (it == ids_.end()) return std::nullopt;
-        return it->second;
+    // An object-valued property: a Fake on the same log, made on first use.
+    Fake& kid(const std::string& name, std::string label = "") {
+        if (!props[name].is_object()) props[name] = make_ref<Fake>(u"Object", std::move(label), log);
+        return static_cast<Fake&>(*props[name].as_object());
+    }
+    // The log lines containing `part` (`from` it: every line after the first such), by "; ".
+    std::string lines(const std::string& part = "", bool from = false) const {
+        std::string out;
+        bool in = false;
+        for (const std::string& line : *log) {
+            if ((in = (from && in) || line.find(part) != std::string::npos)) out += (out.empty() ? "" : "; ") + line;
+        }
+        return out;
+    }
+    long count(const std::string& part) const {
+        return std::count_if(log->begin(), log->end(), [&](auto& line) { return line.find(part) != std::string::npos; });
     }
 
-    automation::Variant invoke(int32_t member, uint16_t call, std::span<automation::Argument> args) override {
-        const std::string name = name_of(member);
-        if (call & (automation::kLet | automation::kSet)) {
-            if (args.empty()) throw automation::AutomationError(automation::StdError::WrongArgumentCount);
-            log.push_back(((call & automation::kSet) ? "Set " : "Let ") + name);
-            properties_[member] = args.back().value;
-            return {};
+    std::u16string type_name() const override { return type_; }
+    std::optional<int32_t> member_id(std::u16string_view name) override {
+        names_.push_back(automation::utf16_to_utf8(name));
+        return absent.count(names_.back()) ? std::nullopt : std::optional(static_cast<int32_t>(names_.size()));
+    }
+    Variant invoke(int32_t member, uint16_t call, std::span<Argument> args) override {
+        if (member == automation::kNewEnumMember && items) return make_ref<automation::SnapshotEnumerator>(*items);
+        const std::string name = member == automation::kDefaultMember ? "Value" : names_.at(member - 1);
+        const bool let = (call & (automation::kLet | automation::kSet)) != 0;
+        std::string key = name;
+        for (size_t i = 0; i + let < args.size(); ++i) key += (i ? ", " : "(") + render(args[i].value);
+        if (args.size() > let || (!let && call & automation::kMethod)) key += args.size() > let ? ")" : "()";
+        const char* kind = call & automation::kSet ? "Set " : let ? "Let " : call & automation::kMethod ? "Call " : "Get ";
+        log->push_back(label_ + ": " + kind + key +
+                       (let ? " = " + render(args.back().value) : ""));
+        if (auto b = on.find(name); b != on.end()) return b->second(args);
+        const auto at = [&] {
+            if (args[0].value.is_string()) {  // by key
+                auto keyed = std::find_if(items->begin(), items->end(), [&](const Variant& v) {
+                    return static_cast<Fake&>(*v.as_object()).props["Key"] == args[0].value;
+                });
+                if (keyed == items->end()) throw automation::AutomationError(35601, u"", u"Element not found");
+                return keyed;
+            }
+            const size_t i = static_cast<size_t>(automation::to_long(args[0].value) - base);
+            if (i >= items->size()) throw automation::AutomationError(9, u"", u"");
+            return items->begin() + static_cast<ptrdiff_t>(i);
+        };
+        if (items && name == "Count") return static_cast<int32_t>(items->size());
+        if (items && name == "Item") return *at();
+        if (items && name == "Remove") return items->erase(at()), Variant();
+        if (items && name == "Clear") return items->clear(), Variant();
+        if (items && name == "Add") {
+            auto item = make_ref<Fake>(u"Object", "item" + std::to_string(items->size() + 1), log);
+            const char* names[] = {"Index", "Key", "Text", "Width", "Alignment"};
+            for (size_t i = 0; i < std::min<size_t>(args.size(), 5); ++i) item->props[names[i]] = args[i].value;
+            return items->emplace_back(item);
         }
-        if (auto m = methods_.find(member); m != methods_.end()) {
-            log.push_back("Call " + name);
-            return m->second(args);
-        }
-        log.push_back("Get " + name);
-        return properties_[member];
+        if (let) props[key] = args.back().value;
+        return props[key];
     }
 
 private:
-    int32_t id_of(std::u16string_view name) {
-        auto key = automation::lower_case(name);
-        auto [it, added] = ids_.emplace(key, static_cast<int32_t>(ids_.size() + 1));
-        if (added) names_[it->second] = automation::utf16_to_utf8(name);
-        return it->second;
-    }
-    std::string name_of(int32_t id) const {
-        auto it = names_.find(id);
-        return it == names_.end() ? "?" : it->second;
-    }
-
-    std::u16string type_name_;
-    std::map<std::u16string, int32_t> ids_;
-    std::map<int32_t, std::string> names_;
-    std::map<int32_t, automation::Variant> properties_;
-    std::map<int32_t, Method> methods_;
+    std::u16string type_;
+    std::string label_;
+    std::vector<std::string> names_;
 };
+
+inline Fake& fake(const Ref<automation::Object>& o) { return static_cast<Fake&>(*o); }
 
 }  // namespace celdo::testing
