@@ -8,6 +8,7 @@
 #include "automation/convert.hpp"
 #include "automation/text.hpp"
 #include "paging/Apuntadores.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::paging {
@@ -30,12 +31,8 @@ struct Host final : automation::Peer {
     Host(int32_t rows, bool two) : two_fields(two) {
         pages->attach_peer(this);
         for (int32_t i = 1; i <= rows; ++i) table[two ? Key{i / 1000, i % 1000 * 10} : Key{0, i * 10}] = u"row";
-        for (const char16_t* name : {u"Serie", u"Numero", u"Nombre"}) {
-            auto field = make_ref<fields::clsCeldo>();
-            field->let_Name(name);
-            field->let_DataType(name[0] == u'N' && name[1] == u'o' ? fields::exText : fields::exLong);
-            header->Append(field, Variant::missing(), Variant::missing(), u"");
-        }
+        for (const char16_t* name : {u"Serie", u"Numero"}) celdo::testing::add_field(*header, name, fields::exLong);
+        celdo::testing::add_field(*header, u"Nombre");
         pages->let_PrimaryKey(two ? u"Serie, Numero" : u"Numero");
     }
     ~Host() {
@@ -55,13 +52,10 @@ struct Host final : automation::Peer {
         auto it = table.begin();
         std::string request = "first";
         if (pk->get_Count() > 0) {
-            Variant numero(u"Numero");
+            Variant numero(u"Numero"), serie(u"Serie");
             const auto& n = *pk->get_Item(numero);
-            Key from{0, automation::to_long(n.get_Value())};
-            if (two_fields) {
-                Variant serie(u"Serie");
-                from.first = automation::to_long(pk->get_Item(serie)->get_Value());
-            }
+            const Key from{two_fields ? automation::to_long(pk->get_Item(serie)->get_Value()) : 0,
+                           automation::to_long(n.get_Value())};
             const bool after = n.get_Operator() == u">";
             it = after ? table.upper_bound(from) : table.lower_bound(from);
             request = (after ? ">" : ">=") + std::to_string(from.first) + "," + std::to_string(from.second);
@@ -70,11 +64,8 @@ struct Host final : automation::Peer {
         std::vector<Key> page;
         for (; it != table.end() && static_cast<int32_t>(page.size()) < pages->get_MaxRows(); ++it) page.push_back(it->first);
         auto cells = automation::Array::matrix(3, static_cast<int32_t>(page.size()));
-        for (size_t r = 0; r < page.size(); ++r) {
-            cells.at(0, static_cast<int32_t>(r)) = Variant(page[r].first);
-            cells.at(1, static_cast<int32_t>(r)) = Variant(page[r].second);
-            cells.at(2, static_cast<int32_t>(r)) = Variant(u"row");
-        }
+        for (int32_t r = 0; r < cells.ubound(2) + 1; ++r)
+            std::tie(cells.at(0, r), cells.at(1, r), cells.at(2, r)) = std::tuple(page[r].first, page[r].second, u"x");
         shown = page;
         pages->AddRows(Variant(std::move(cells)), header, u"");
     }
