@@ -5,6 +5,7 @@
 #include "collections/clsCeldos.hpp"
 #include "fields/clsCeldo.hpp"
 #include "services/ISService.hpp"
+#include "tests/fields/field_support.hpp"
 #include "tests/support/fake_host.hpp"
 #include "tests/support/test_support.hpp"
 

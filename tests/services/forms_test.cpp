@@ -178,10 +178,7 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     masked->props["ClipText"] = u"abc";
     text->props["Text"] = u"Eva";
     automation::let(*list, u"ListIndex", {-1});  // nothing chosen among identifiers: the field keeps its value
-    auto probe = make_ref<clsCeldo>();
-    probe->let_Name(u"Edad");
-    probe->let_DataType(exLong);
-    const auto expected = error_of([&] { probe->let_Value(u"abc"); });
+    const auto expected = error_of([&] { field_of(exLong, u"Edad")->let_Value(u"abc"); });
     const auto raised = error_of([&] { s.FillCeldosForm(frm, row, u""); });
     EXPECT_EQ(std::tuple(raised.number(), raised.description()), std::tuple(expected.number(), expected.description()));
     EXPECT_EQ(values(row, {u"Nombre", u"Edad", u"Pais"}), "\"Eva\"451");
@@ -220,8 +217,7 @@ TEST_F(ServiceForms, PaintFormKeepsDesignersColours) {
     constexpr int32_t face = static_cast<int32_t>(0x8000000F), text = static_cast<int32_t>(0x80000012);
     const std::tuple<const char16_t*, int32_t, int32_t, int, std::string> cases[] = {
         // type, BackColor, ForeColor, BackStyle: what is set
-        {u"TextBox", face, 0, 1, "Let BackColor = 16767692; Let ForeColor = 8735488"},
-        {u"MaskEdBox", 255, 0, 1, ""},
+        {u"TextBox", face, 0, 1, "Let BackColor = 16767692; Let ForeColor = 8735488"}, {u"MaskEdBox", 255, 0, 1, ""},
         {u"Label", face, text, 0, "Let BackStyle = 0; Let ForeColor = 8735488"},
         {u"Label", face, 0, 1, "Let BackStyle = 0; Let ForeColor = 8735488"},
         {u"Label", face, 0, 0, ""}, {u"Label", 255, text, 1, ""},

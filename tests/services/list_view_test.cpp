@@ -97,12 +97,10 @@ TEST_F(ServiceListViews, ListViewColumnHeadersFromTextOrFieldsWithTheWidthLeftOv
         // header, key: columns, then what the last one got (6000 to share; the first is left-aligned)
         {u"A;B;C", false, "A/2000/0; B/2000/0; C/2000/0", ""},
         {u"A,1000,2;B,500,2", false, "A/1000/0; B/5000/2", "item2: Let Width = 5000"},
-        {u"A,1000;B", false, "A/1000/0; B/5000/0", ""},
-        {u"A,7000;B", false, "A/7000/0; B/0/0", ""},
+        {u"A,1000;B", false, "A/1000/0; B/5000/0", ""}, {u"A,7000;B", false, "A/7000/0; B/0/0", ""},
         {fields, false, "Id: Id/1000/0; Name: Name/500/0; Price: Price/4500/1", "item3: Let Width = 4500"},
         {fields, true, "Name: Name/500/0; Price: Price/5500/1", "item3: Let Width = 5500"},
-        {header({{u"Id", exLong}}), true, "Id: Id/6000/0", "item1: Let Width = 6000"},
-        {other, false, "X/6000/0", ""},
+        {header({{u"Id", exLong}}), true, "Id: Id/6000/0", "item1: Let Width = 6000"}, {other, false, "X/6000/0", ""},
         {Variant(), false, "", ""},
     };
     for (auto [columns, key, expected, leftover] : cases) {

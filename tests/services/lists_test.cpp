@@ -12,8 +12,7 @@ TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
         // rows, what the query answers, its status: the list's items "text/ItemData"
         {matrix({{7, u"Ana", u"G\u00F3mez"}, {8, Variant::null(), u"x"}}), {}, 0, "Ana\tG\u00F3mez/7; \tx/8"},
         {u"  select Id, Name From T ", matrix({{1, u"a"}}), 0, "a/1"},
-        {u"Exec ListNames", matrix({{1, u"a"}}), 0, "a/1"},
-        {u"select Id From T", matrix({{1, u"a"}}), -1, ""},
+        {u"Exec ListNames", matrix({{1, u"a"}}), 0, "a/1"}, {u"select Id From T", matrix({{1, u"a"}}), -1, ""},
         {u"a,b;c", {}, 0, "a/0; b/0; c/0"}, {u"a;b", {}, 0, "a/0; b/0"}, {u"a,,b,", {}, 0, "a/0; /0; b/0"},
         // One column: its value is the text, and its identifier only when it is a number.
         {matrix({{u"x"}, {5}}), {}, 0, "x/0; 5/5"},
