@@ -81,6 +81,9 @@ TEST_F(ServiceLists, ImageCombosAndToolbarsTakeColumnsInTheirAddersOrder) {
                                    R"(Add(Missing, Missing, "Open"); Tag = ""; ToolTipText = "")"},
         {false, rows2, true, R"(Add(Missing, "K5", "Save"); Tag = ""; Selected = True)"},
         {false, rows5, true, R"(Add(Missing, "K5", "Save"); Tag = "tag"; Image = 2; Selected = True)"},
+        // An image index is set only when it is 0 or more.
+        {false, matrix({{5, u"Save", 0}}), true, R"(Add(Missing, "K5", "Save"); Tag = ""; Image = 0; Selected = True)"},
+        {false, matrix({{5, u"Save", -1}}), true, R"(Add(Missing, "K5", "Save"); Tag = ""; Selected = True)"},
         {false, rows2, false, R"(Add(Missing, Missing, "5"); Tag = ""; Selected = True)"},
         {false, u"Rojo,Verde", true, R"(Add(Missing, "Rojo", "Rojo"); Tag = ""; Add(Missing, "Verde", "Verde"); Tag = ""; Selected = True)"},
     };
