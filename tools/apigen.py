@@ -7,6 +7,11 @@
                      binding dispatches through (portable, built on every platform);
   --com DIR          the COM classes: one vtable shim per accessor that packs its arguments and
                      calls the same member table, plus the class registry (Windows only);
+  --manifest FILE    the assembly manifest for registration-free activation of the DLL named by
+                     --dll, for --arch x64 or x86, with the assembly version --version;
+  --reference DIR    the reference pages for host developers, one per class and an index;
+  --check-reference DIR
+                     fails, naming the pages, when DIR differs from what --reference writes;
   --hostile FILE     the hostile-argument walk, a VBScript that calls every member of every
                      creatable class with arguments of every wrong kind, after the helpers
                      it is given with --helpers.
@@ -21,7 +26,22 @@ import os
 import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from declgen import DeclError, emit_com, emit_hostile, emit_idl, emit_tables, load, write_if_changed  # noqa: E402
+from declgen import DeclError, emit_com, emit_hostile, emit_idl, emit_manifest, emit_reference, emit_tables, load, write_if_changed  # noqa: E402
+
+
+def stale_pages(folder: str, pages: dict[str, str]) -> list[str]:
+    """The pages of `folder` that differ from `pages`, are missing or are left over."""
+    present = {n for n in os.listdir(folder) if n.endswith(".md")} if os.path.isdir(folder) else set()
+    stale = sorted(present - pages.keys())
+    for name, text in sorted(pages.items()):
+        try:
+            with open(os.path.join(folder, name), encoding="utf-8") as f:
+                if f.read() == text:
+                    continue
+        except FileNotFoundError:
+            pass
+        stale.append(name)
+    return stale
 
 
 def main() -> int:
@@ -32,6 +52,12 @@ def main() -> int:
     ap.add_argument("--core")
     ap.add_argument("--com")
     ap.add_argument("--idl-header", default="Celdo_h.h", help="widl's header, which the COM shims include")
+    ap.add_argument("--manifest")
+    ap.add_argument("--dll", default="Celdo.dll")
+    ap.add_argument("--version", default="1.0.0")
+    ap.add_argument("--arch", choices=sorted(emit_manifest.ARCHITECTURES), default="x64")
+    ap.add_argument("--reference")
+    ap.add_argument("--check-reference")
     ap.add_argument("--hostile")
     ap.add_argument("--helpers", help="the hand-written VBScript that the hostile walk starts with")
     ap.add_argument("api", nargs="+")
@@ -52,6 +78,17 @@ def main() -> int:
             write_if_changed(stem + ".gen.cpp", emit_tables.emit_source(api))
     if args.com:
         write_if_changed(os.path.join(args.com, "com", "classes.gen.cpp"), emit_com.emit(model, args.idl_header))
+    if args.manifest:
+        write_if_changed(args.manifest, emit_manifest.emit(model, args.dll, args.version, args.arch))
+    if args.reference:
+        for name, text in emit_reference.emit(model).items():
+            write_if_changed(os.path.join(args.reference, name), text)
+    if args.check_reference:
+        stale = stale_pages(args.check_reference, emit_reference.emit(model))
+        if stale:
+            print(f"apigen: the reference pages differ from the declarations: {', '.join(stale)}; "
+                  "regenerate them with: cmake --build --preset linux --target reference", file=sys.stderr)
+            return 1
     if args.hostile:
         with open(args.helpers, encoding="utf-8") as f:
             write_if_changed(args.hostile, emit_hostile.emit(model, f.read()))

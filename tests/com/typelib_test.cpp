@@ -221,6 +221,45 @@ TEST_F(TypeLibrary, ConstantsIsACreatableClassWithADualInterface) {
     vtable->ReleaseTypeAttr(attr);
 }
 
+// Object browsers and IntelliSense show the help strings: every enumeration, class, interface
+// and member has one, in the member's own words (a sample is compared letter for letter).
+TEST_F(TypeLibrary, EveryTypeAndMemberDescribesItself) {
+    const auto help_of = [](ITypeInfo* info, MEMBERID id) {
+        BSTR help = nullptr;
+        info->GetDocumentation(id, nullptr, &help, nullptr, nullptr);
+        return text(help);
+    };
+    std::map<std::wstring, std::wstring> sample;
+    size_t members = 0;
+    for (UINT i = 0; i < library_->GetTypeInfoCount(); ++i) {
+        ComPtr<ITypeInfo> info;
+        library_->GetTypeInfo(i, info.out());
+        const std::wstring type = name_of(info.get(), MEMBERID_NIL);
+        EXPECT_FALSE(help_of(info.get(), MEMBERID_NIL).empty()) << std::string(type.begin(), type.end());
+        sample[type] = help_of(info.get(), MEMBERID_NIL);
+        TYPEATTR* attr = nullptr;
+        ASSERT_EQ(info->GetTypeAttr(&attr), S_OK);
+        for (WORD f = 0; attr->typekind == TKIND_DISPATCH && f < attr->cFuncs; ++f) {
+            FUNCDESC* func = nullptr;
+            if (info->GetFuncDesc(f, &func) != S_OK) { ADD_FAILURE() << std::string(type.begin(), type.end()) << " " << f; continue; }
+            // The seven members of IUnknown and IDispatch are the platform's.
+            if (func->oVft >= static_cast<SHORT>(7 * sizeof(void*)) || !(attr->wTypeFlags & TYPEFLAG_FDUAL)) {
+                const std::wstring member = type + L"." + name_of(info.get(), func->memid);
+                EXPECT_FALSE(help_of(info.get(), func->memid).empty()) << std::string(member.begin(), member.end());
+                sample[member] = help_of(info.get(), func->memid);
+                ++members;
+            }
+            info->ReleaseFuncDesc(func);
+        }
+        info->ReleaseTypeAttr(attr);
+    }
+    EXPECT_GT(members, 200u);
+    EXPECT_EQ(sample[L"clsCeldo"], L"A field: a column, a parameter or a node of a field tree, with its metadata and value");
+    EXPECT_EQ(sample[L"_clsCeldo.Value"], L"The value, validated and converted to the field's type");
+    EXPECT_EQ(sample[L"__Apuntadores.Requery"], L"Asks the host for the page of rows after (or from) the primary key in PK");
+    EXPECT_EQ(sample[L"ExDataType"], L"Logical data type of a field");
+}
+
 TEST_F(TypeLibrary, AliasesShareTheirValue) {
     ComPtr<ITypeComp> comp;
     ASSERT_EQ(library_->GetTypeComp(comp.out()), S_OK);

@@ -5,7 +5,7 @@ import sys
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools"))
-from declgen import emit_com, emit_hostile, emit_idl, emit_tables  # noqa: E402
+from declgen import emit_com, emit_hostile, emit_idl, emit_manifest, emit_reference, emit_tables  # noqa: E402
 from declgen.model import Model  # noqa: E402
 from declgen.parser import DeclError, Library, Literal, parse_text  # noqa: E402
 
@@ -18,7 +18,7 @@ enum Shade "Shades"
     shDark = 2
 end enum
 
-class Widget
+class Widget "A widget"
     clsid {22222222-2222-2222-2222-222222222222}
     interface _Widget {33333333-3333-3333-3333-333333333333}
     events __Widget {44444444-4444-4444-4444-444444444444}
@@ -27,10 +27,12 @@ class Widget
     property get Item(ByRef Index as Variant) as Widget, default
     property get Items as Unknown, enumerator
     sub Rename(ByRef Name as String, Optional ByRef Suffix as String = "x")
+        raises 5 "Invalid procedure call or argument" when the name is taken
+        example w.Rename "Otro"
     property get Size as Long
     property get/let/set Tag as Variant, hidden "Anything # at all"
     event Changed(Field as String)
-    event Closed()
+    event Closed() "Raised last"
 end class
 """
 
@@ -92,7 +94,7 @@ class EmitTest(unittest.TestCase):
             "[id(2)] HRESULT Find([in] BSTR Key, [in, optional, defaultvalue(0)] long Start, "
             "[in, optional, defaultvalue(2)] Shade Tone, [in, optional, defaultvalue(0)] VARIANT_BOOL Exact, "
             '[in, optional, defaultvalue("")] BSTR Label, [in, optional] VARIANT Extra, '
-            "[in, optional, defaultvalue(0)] _Widget* Near, [in, optional, defaultvalue(0.5)] double Ratio, "
+            "[in, optional] _Widget* Near, [in, optional, defaultvalue(0.5)] double Ratio, "
             "[out, retval] _Widget** Find);",
             "[id(0), propget] HRESULT Item([in, out] VARIANT* Index, [out, retval] _Widget** Item);",
             "[id(-4), hidden, restricted, propget] HRESULT Items([out, retval] IUnknown** Items);",
@@ -100,6 +102,11 @@ class EmitTest(unittest.TestCase):
             "[id(3)] HRESULT Rename([in, out] BSTR* Name, [in, out, optional] BSTR* Suffix);",
             '[id(4), hidden, helpstring("Anything # at all"), propputref] HRESULT Tag([in] VARIANT RHS);',
             "[id(1)] void Changed([in] BSTR Field);",
+            '[id(2), helpstring("Raised last")] void Closed();',
+            # The class's help names its coclass and its interface.
+            '[uuid(22222222-2222-2222-2222-222222222222), version(1.2), helpstring("A widget")]',
+            '[uuid(33333333-3333-3333-3333-333333333333), version(1.2), helpstring("A widget"), dual, oleautomation, '
+            'nonextensible, hidden]',
         )
         self.assertLess(idl.index("propget] HRESULT Size"), idl.index("propput] HRESULT Size"))
 
@@ -143,6 +150,42 @@ class EmitTest(unittest.TestCase):
             "replace_value(VT_BSTR, p1, args[1].value);",
         )
 
+    def test_manifest(self):
+        manifest = emit_manifest.emit(self.model, "Demo.dll", "2.1", "x86")
+        self.assertLines(
+            manifest,
+            '<assemblyIdentity type="win32" name="Demo" version="2.1.0.0" processorArchitecture="x86"/>',
+            '<file name="Demo.dll">',
+            '<typelib tlbid="{11111111-1111-1111-1111-111111111111}" version="1.2" helpdir=""/>',
+            '<comClass clsid="{22222222-2222-2222-2222-222222222222}" progid="Demo.Widget" threadingModel="Apartment" '
+            'tlbid="{11111111-1111-1111-1111-111111111111}" description="A widget"/>',
+            '<comInterfaceExternalProxyStub name="__Widget" iid="{44444444-4444-4444-4444-444444444444}" '
+            'proxyStubClsid32="{00020424-0000-0000-C000-000000000046}" tlbid="{11111111-1111-1111-1111-111111111111}"/>',
+        )
+        self.assertIn('processorArchitecture="amd64"', emit_manifest.emit(self.model, "Demo.dll", "2.1", "x64"))
+        self.assertNotIn("comClass", emit_manifest.emit(model_of(API.replace("class Widget", "class Widget noncreatable")),
+                                                        "Demo.dll", "2.1", "x64"))
+        with self.assertRaises(ValueError):
+            emit_manifest.assembly_version("1.x")
+
+    def test_reference(self):
+        pages = emit_reference.emit(self.model)
+        self.assertEqual(sorted(pages), ["README.md", "Widget.md"])
+        self.assertLines(
+            pages["Widget.md"],
+            "Function Find(Key As String, [Start As Long = 0], [Tone As Shade = shDark], [Exact As Boolean = False], "
+            '[Label As String = ""], [Extra As Variant], [Near As Widget = Nothing], [Ratio As Double = 0.5]) As Widget',
+            "Property Get Size() As Long",
+            "Property Let Size(Value As Long)",
+            "Sub Rename(ByRef Name As String, [ByRef Suffix As String = \"x\"])",
+            "| `Extra` | Missing (`IsMissing` is True) |",
+            "| 5 | Invalid procedure call or argument | the name is taken |",
+            'w.Rename "Otro"',
+            "Event Changed(Field As String)",
+            "| ProgID | `Demo.Widget` |",
+        )
+        self.assertLines(pages["README.md"], "| `shDark` | 2 |", "| [Widget](Widget.md) | A widget |")
+
     def test_hostile_walk(self):
         walk = emit_hostile.emit(self.model, "' helpers\n")
         self.assertLines(walk, "Set target.Tag = b", "HostileObject b, i", "Call target.Find(b, b, b, b, b, b, b, b)",
@@ -167,6 +210,7 @@ class ErrorTest(unittest.TestCase):
         (widget("    sub A(Optional x as Long = shNone)\n"), "parts/Widget.api:4:", "unknown enumeration member shNone"),
         (widget("    property get/let A as Unknown, enumerator\n"), "parts/Widget.api:4:", "the enumerator is a"),
         (widget("    event E()\n"), "parts/Widget.api:1:", "declares no events interface"),
+        (widget('    raises 5 "x"\n'), "parts/Widget.api:4:", "'raises' belongs after the member"),
         ("class Widget\nend class\n", "parts/Widget.api:1:", "needs a clsid and an interface"),
         (widget("") + widget(""), "parts/Widget.api:5:", "type Widget is declared twice"),
     ]

@@ -43,9 +43,11 @@ def idl_param(p: Param) -> str:
     attrs = ["in", "out"] if p.by_ref else ["in"]
     if p.optional:
         attrs.append("optional")
-        # widl refuses a text default on a by-reference parameter; the member tables still
-        # supply it when the argument is left out.
-        if p.default is not None and not (p.by_ref and p.default.kind == "Text"):
+        # widl refuses a text default on a by-reference parameter, and a Nothing default on an
+        # object comes out of widl as a default that the platform's type information cannot read
+        # back (GetFuncDesc fails, and with it the marshaler). The member tables still supply
+        # both when the argument is left out.
+        if p.default is not None and p.default.kind != "Nothing" and not (p.by_ref and p.default.kind == "Text"):
             attrs.append(f"defaultvalue({idl_literal(p.default)})")
     return f"[{', '.join(attrs)}] {idl_type(p.type)}{'*' if p.by_ref else ''} {p.name}"
 
@@ -92,23 +94,27 @@ def emit(model: Model) -> str:
             w.append("")
     for cls in model.classes:
         iname, iid = cls.interface
-        w.append(f"    [uuid({iid}), version({lib.version}), dual, oleautomation, nonextensible, hidden]")
+        # The class's help names its interfaces too, which object browsers show beside it.
+        help_attr = [f'helpstring("{cls.help}")'] if cls.help else []
+        attrs = [f"uuid({iid})", f"version({lib.version})"] + help_attr + ["dual", "oleautomation", "nonextensible", "hidden"]
+        w.append(f"    [{', '.join(attrs)}]")
         w.append(f"    interface {iname} : IDispatch {{")
         w += [f"        {line}" for m in cls.members for line in idl_methods(m)]
         w.append("    };")
         w.append("")
         if cls.events_iface:
             ename, eiid = cls.events_iface
-            w.append(f"    [uuid({eiid}), hidden]")
+            w.append(f'    [uuid({eiid}), helpstring("Events of {cls.name}"), hidden]')
             w.append(f"    dispinterface {ename} {{")
             w.append("    properties:")
             w.append("    methods:")
             for ev in cls.events:
                 params = ", ".join(f"[in] {idl_type(p.type)}{'*' if p.by_ref else ''} {p.name}" for p in ev.params)
-                w.append(f"        [id({ev.dispid})] void {ev.name}({params});")
+                event_help = f', helpstring("{ev.help}")' if ev.help else ""
+                w.append(f"        [id({ev.dispid}){event_help}] void {ev.name}({params});")
             w.append("    };")
             w.append("")
-        attrs = [f"uuid({cls.clsid})", f"version({lib.version})"]
+        attrs = [f"uuid({cls.clsid})", f"version({lib.version})"] + help_attr
         if not cls.creatable:
             attrs.append("noncreatable")
         w.append(f"    [{', '.join(attrs)}]")

@@ -5,7 +5,7 @@ on (ids, accessors, the defaults of omitted arguments) is decided here, once.
 from __future__ import annotations
 
 import os
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 
 from .parser import ClassDecl, DeclError, EnumDecl, FileDecl, Library, Literal, MemberDecl, ParamDecl
 
@@ -80,6 +80,8 @@ class Member:
     flags: set[str]            # default, enumerator, hidden
     help: str | None
     dispid: int
+    raises: list[tuple[int, str, str]] = field(default_factory=list)  # (number, description, when)
+    examples: list[str] = field(default_factory=list)
 
     def result(self, accessor: Accessor) -> Type | None:
         """What a call through the accessor returns."""
@@ -90,12 +92,14 @@ class Member:
 class Event:
     name: str
     params: list[Param]
+    help: str | None
     dispid: int
 
 
 @dataclass(eq=False)
 class Class:
     name: str
+    help: str | None
     namespace: str  # C++ namespace below celdo::
     header: str     # the C++ class's header, beside its .api file
     creatable: bool
@@ -104,6 +108,7 @@ class Class:
     events_iface: tuple[str, str] | None  # (name, DIID)
     members: list[Member]
     events: list[Event]
+    examples: list[str] = field(default_factory=list)
 
 
 @dataclass
@@ -192,8 +197,8 @@ class Model:
         directory = os.path.dirname(path)
         # Members are resolved later; a member may name its own class.
         self._classes[decl.name.lower()] = Class(
-            decl.name, cpp_namespace(path), f"{directory}/{decl.name}.hpp", decl.creatable,
-            decl.clsid, decl.interface, decl.events_iface, [], [])
+            decl.name, decl.help, cpp_namespace(path), f"{directory}/{decl.name}.hpp", decl.creatable,
+            decl.clsid, decl.interface, decl.events_iface, [], [], decl.examples)
 
     def _resolve_class(self, path: str, decl: ClassDecl) -> Class:
         cls = self._classes[decl.name.lower()]
@@ -204,14 +209,14 @@ class Model:
             member = Member(
                 m.name, m.kind, [a for a in ACCESSORS.values() if a.name in m.accessors],
                 [self._resolve_param(where, p) for p in m.params],
-                self._resolve_type(where, m.type) if m.type else None, m.flags, m.help, dispid)
+                self._resolve_type(where, m.type) if m.type else None, m.flags, m.help, dispid, m.raises, m.examples)
             if member.dispid == DISPID_ENUMERATOR and (
                     m.kind != "property" or m.accessors != ["get"] or member.type.kind != "Unknown"):
                 raise DeclError(f"{where}: the enumerator is a 'property get ... as Unknown'")
             cls.members.append(member)
         for dispid, ev in enumerate(decl.events, 1):
             where = f"{path}:{ev.line}: {cls.name}.{ev.name}"
-            cls.events.append(Event(ev.name, [self._resolve_param(where, p) for p in ev.params], dispid))
+            cls.events.append(Event(ev.name, [self._resolve_param(where, p) for p in ev.params], ev.help, dispid))
         return cls
 
     def _resolve_type(self, where: str, name: str) -> Type:

@@ -47,12 +47,17 @@ class MemberDecl:
     flags: set[str]
     help: str | None
     line: int
+    # For the reference pages: the errors the member raises of its own, (number, description,
+    # when), and lines of an example.
+    raises: list[tuple[int, str, str]] = field(default_factory=list)
+    examples: list[str] = field(default_factory=list)
 
 
 @dataclass
 class EventDecl:
     name: str
     params: list[ParamDecl]
+    help: str | None
     line: int
 
 
@@ -68,12 +73,15 @@ class EnumDecl:
 class ClassDecl:
     name: str
     creatable: bool
+    help: str | None
     line: int
     clsid: str | None = None
     interface: tuple[str, str] | None = None     # (name, IID)
     events_iface: tuple[str, str] | None = None  # (name, DIID)
     members: list[MemberDecl] = field(default_factory=list)
     events: list[EventDecl] = field(default_factory=list)
+    examples: list[str] = field(default_factory=list)  # before any member: the class's example
+    last: MemberDecl | None = None  # the member the annotation lines that follow belong to
 
 
 @dataclass
@@ -134,7 +142,7 @@ def parse_text(text: str, path: str) -> FileDecl:
                     continue
                 m = re.fullmatch(rf"(?i)class\s+({IDENT})(\s+noncreatable)?", body)
                 if m:
-                    cls = ClassDecl(m.group(1), creatable=not m.group(2), line=number)
+                    cls = ClassDecl(m.group(1), creatable=not m.group(2), help=help_text, line=number)
                     continue
                 raise DeclError(f"cannot read {line!r}")
         except DeclError as e:
@@ -147,6 +155,16 @@ def parse_text(text: str, path: str) -> FileDecl:
 
 
 def parse_class_line(cls: ClassDecl, line: str, number: int) -> None:
+    m = re.fullmatch(r'(?i)example(?:\s(.*))?', line)
+    if m:
+        (cls.last.examples if cls.last else cls.examples).append(m.group(1) or "")
+        return
+    m = re.fullmatch(r'(?i)raises\s+(-?\d+)\s+"([^"]+)"(?:\s+when\s+(.+))?', line)
+    if m:
+        if not cls.last:
+            raise DeclError("'raises' belongs after the member that raises")
+        cls.last.raises.append((int(m.group(1)), m.group(2), m.group(3) or ""))
+        return
     m = re.fullmatch(rf"(?i)clsid\s+{GUID}", line)
     if m:
         cls.clsid = m.group(1).upper()
@@ -159,11 +177,11 @@ def parse_class_line(cls: ClassDecl, line: str, number: int) -> None:
     if m:
         cls.events_iface = (m.group(1), m.group(2).upper())
         return
-    m = re.fullmatch(rf"(?i)event\s+({IDENT})\s*\((.*)\)", line)
-    if m:
-        cls.events.append(EventDecl(m.group(1), parse_params(m.group(2)), number))
-        return
     body, help_text = split_help(line)
+    m = re.fullmatch(rf"(?i)event\s+({IDENT})\s*\((.*)\)", body)
+    if m:
+        cls.events.append(EventDecl(m.group(1), parse_params(m.group(2)), help_text, number))
+        return
     flags: set[str] = set()
     while fm := re.search(rf"(?i),\s*({'|'.join(FLAGS)})\s*$", body):
         flags.add(fm.group(1).lower())
@@ -210,8 +228,10 @@ def add_member(cls: ClassDecl, member: MemberDecl) -> None:
         other.accessors += member.accessors
         other.flags |= member.flags
         other.help = other.help or member.help
+        cls.last = other
         return
     cls.members.append(member)
+    cls.last = member
 
 
 def parse_params(text: str) -> list[ParamDecl]:
