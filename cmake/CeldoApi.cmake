@@ -2,9 +2,10 @@
 #
 #   celdo_api_core(<var> LIBRARY <library.api> API <files...>)
 #       generates the member tables of the listed files; appends the sources to <var>.
-#   celdo_com_server(<target> LIBRARY <library.api> API <files...> LINK <libraries...>)
+#   celdo_com_server(<target> LIBRARY <library.api> API <files...> LINK <libraries...> [MANIFEST])
 #       builds an in-process COM server <target>.dll: IDL, type library (embedded as TYPELIB 1,
-#       every GUID checked), vtable shims and class registry, on the generic COM runtime.
+#       every GUID checked), vtable shims and class registry, on the generic COM runtime; with
+#       MANIFEST also <target>.manifest beside it, for registration-free activation.
 #
 # Paths of .api files are relative to the source root; outputs go below ${CMAKE_BINARY_DIR}/gen.
 
@@ -34,7 +35,7 @@ function(celdo_api_core out_var)
 endfunction()
 
 function(celdo_com_server target)
-    cmake_parse_arguments(ARG "" "LIBRARY" "API;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "MANIFEST" "LIBRARY" "API;LINK" ${ARGN})
     set(gen ${CELDO_GEN_DIR}/${target})
     set(idl ${gen}/${target}.idl)
     set(shims ${gen}/com/classes.gen.cpp)
@@ -50,6 +51,18 @@ function(celdo_com_server target)
         DEPENDS ${CELDO_APIGEN} ${CELDO_DECLGEN_SOURCES} ${paths} ${CMAKE_SOURCE_DIR}/${ARG_LIBRARY}
         COMMENT "Generating the IDL and COM shims of ${target}"
         VERBATIM)
+    if(ARG_MANIFEST)
+        set(manifest ${CMAKE_BINARY_DIR}/${target}.manifest)
+        add_custom_command(
+            OUTPUT ${manifest}
+            COMMAND Python3::Interpreter ${CELDO_APIGEN} --root ${CMAKE_SOURCE_DIR} --library ${ARG_LIBRARY}
+                    --manifest ${manifest} --dll ${target}.dll --version ${PROJECT_VERSION} --arch ${CELDO_WINE_ARCH}
+                    ${ARG_API}
+            DEPENDS ${CELDO_APIGEN} ${CELDO_DECLGEN_SOURCES} ${paths} ${CMAKE_SOURCE_DIR}/${ARG_LIBRARY}
+            COMMENT "Generating the assembly manifest of ${target}"
+            VERBATIM)
+        add_custom_target(${target}_manifest ALL DEPENDS ${manifest})
+    endif()
     set(widl ${CELDO_WIDL} ${CELDO_WIDL_TARGET} -I${CELDO_WINE_INCLUDE} -L${CELDO_STDOLE_DIR})
     add_custom_command(
         OUTPUT ${tlb}
