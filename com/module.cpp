@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <objbase.h>
 
+#include <atomic>
+#include <memory>
 #include <vector>
 
 #include "automation/component.hpp"
@@ -52,12 +54,15 @@ private:
 };
 
 ClassFactory& class_object(const ComClass& cls) {
-    // Made on first need, never destroyed: the module's lifetime is theirs.
-    static std::vector<ClassFactory*>* factories = new std::vector<ClassFactory*>(classes().size(), nullptr);
-    const size_t index = static_cast<size_t>(&cls - classes().data());
-    ClassFactory*& factory = (*factories)[index];
-    if (!factory) factory = new ClassFactory(cls);
-    return *factory;
+    // Made on first need, never destroyed: the module's lifetime is theirs. Threads of several
+    // apartments may ask at once: one factory is kept, any other made meanwhile is dropped.
+    static auto* factories = new std::vector<std::atomic<ClassFactory*>>(classes().size());
+    std::atomic<ClassFactory*>& slot = (*factories)[static_cast<size_t>(&cls - classes().data())];
+    if (ClassFactory* kept = slot.load()) return *kept;
+    auto made = std::make_unique<ClassFactory>(cls);
+    ClassFactory* expected = nullptr;
+    if (!slot.compare_exchange_strong(expected, made.get())) return *expected;
+    return *made.release();
 }
 
 }  // namespace

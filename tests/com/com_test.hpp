@@ -13,6 +13,16 @@ namespace celdo::testing {
 // Full Windows path of the Celdo.dll under test (the program's first argument).
 const std::wstring& dll_path();
 
+// What the loaded Celdo.dll's DllCanUnloadNow answers. COM loaded the module from its registered
+// path; it is known by its file name.
+inline HRESULT can_unload_now() {
+    HMODULE module = GetModuleHandleW(L"Celdo.dll");
+    if (!module) return E_FAIL;
+    auto can_unload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+        reinterpret_cast<void*>(GetProcAddress(module, "DllCanUnloadNow")));
+    return can_unload ? can_unload() : E_FAIL;
+}
+
 // Owns one COM reference.
 template <class I>
 class ComPtr {

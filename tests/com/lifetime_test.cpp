@@ -11,15 +11,6 @@
 namespace celdo::testing {
 namespace {
 
-HRESULT can_unload_now() {
-    // COM loaded the module from its registered path; it is known by its file name.
-    HMODULE module = GetModuleHandleW(L"Celdo.dll");
-    if (!module) return E_FAIL;
-    auto can_unload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
-        reinterpret_cast<void*>(GetProcAddress(module, "DllCanUnloadNow")));
-    return can_unload ? can_unload() : E_FAIL;
-}
-
 // A late-bound call as a script makes it: arguments in source order (owned by the call, which
 // clears them), the result as a VARIANT.
 class Late {
