@@ -1,5 +1,6 @@
 ' Page pointers from VBScript: a page recorded from a script's own data array, another with Add's
-' optional arguments left out, the default member, For Each and a refused value's error. The
+' optional arguments left out, the default member, For Each, moving and filtering, and a refused
+' value's error. The
 ' paging rules have native tests; Wine's script host cannot sink events, so Requery is tested
 ' from a C++ client (tests/com/paging_test.cpp).
 Dim pages, header, data, first, page, p, text, i
@@ -36,6 +37,11 @@ For Each p In pages
     text = text & p.Index & ":" & p.Key & ";"
 Next
 CheckEqual text, "1:uno;2:;", "For Each walks the pages in order"
+
+' Their Requery goes unheard here: what they answer, and a new filter starting over.
+CheckEqual pages.Avanzar() & "," & pages.Retroceder(), "True,True", "Avanzar and Retroceder ask for a page"
+pages.Filter = "Cliente = 12"
+CheckEqual pages.Filter & " " & pages.Count, "Cliente = 12 0", "a new Filter is kept and clears the pages"
 
 On Error Resume Next
 pages.MaxRows = 0

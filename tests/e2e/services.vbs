@@ -6,7 +6,8 @@
 ' include: shared/services.vbs
 
 ' A flex grid with one fixed row and column. Cells are kept by "row,col"; TextMatrix refuses
-' once Writes reaches RefuseAfter; AddItem logs "[item@index]", tabs shown as "~".
+' once Writes reaches RefuseAfter; AddItem logs "[item@index]", tabs shown as "~"; Levels logs
+' each row's RowData, and "h" for a row hidden.
 Class FlexGridDouble
     Public Redraw
     Public BackColorBkg
@@ -26,6 +27,7 @@ Class FlexGridDouble
     Public Writes
     Public RefuseAfter
     Public Added
+    Public Levels
     Private cells_
     Private Sub Class_Initialize()
         Set cells_ = CreateObject("Scripting.Dictionary")
@@ -46,6 +48,12 @@ Class FlexGridDouble
     End Property
     Public Property Let ColWidth(i, v)
     End Property
+    Public Property Let RowData(r, v)
+        Levels = Levels & v
+    End Property
+    Public Property Let RowHeight(r, v)
+        Levels = Levels & "h"
+    End Property
     Public Sub AddItem(Item, Index)
         Added = Added & "[" & Replace(Item, vbTab, "~")
         If VarType(Index) <> vbError Then Added = Added & "@" & Index
@@ -58,21 +66,32 @@ End Class
 ' as they are added; a key twice is refused, as the control refuses it.
 Class TreeDouble
     Public Shown
-    Private keys_
+    Private nodes_
+    Private Sub Class_Initialize()
+        Set nodes_ = CreateObject("Scripting.Dictionary")
+    End Sub
     Public Property Get Nodes()
         Set Nodes = Me
     End Property
     Public Sub Clear()
         Shown = ""
-        keys_ = ""
+        nodes_.RemoveAll
     End Sub
+    Public Property Get Count()
+        Count = nodes_.Count
+    End Property
+    Public Property Get Item(i)
+        Dim all
+        all = nodes_.Items
+        Set Item = all(i - 1)
+    End Property
     Public Function Add(Relative, Relationship, Key, Text, Image, SelectedImage)
         Dim n
-        If InStr("|" & keys_, "|" & Key & "|") > 0 Then Err.Raise 35602, "TreeView", "Key is not unique in collection"
-        keys_ = keys_ & Key & "|"
+        If nodes_.Exists(Key) Then Err.Raise 35602, "TreeView", "Key is not unique in collection"
         Set n = New ElementDouble
         n.Key = Key
         n.Text = Text
+        nodes_.Add Key, n
         If Shown <> "" Then Shown = Shown & " "
         Shown = Shown & Key
         If VarType(Relative) <> vbError Then Shown = Shown & "<" & Relative
@@ -81,7 +100,7 @@ Class TreeDouble
     End Function
 End Class
 
-Dim svc, probe, da, header, outParams, params, rows, data, raw, g, idx, tvw, node
+Dim svc, probe, da, header, outParams, params, rows, data, raw, g, idx, tvw, node, keys, key, text
 
 Set svc = CreateObject("Celdo.ISService")
 Set probe = CreateObject("CeldoProbe.Probe")
@@ -162,6 +181,31 @@ On Error Resume Next
 svc.AddRootNode tvw, "50", "Otra vez"
 CheckError 35602, "", "", "AddRootNode passes on the tree's refusal"
 On Error GoTo 0
+
+Set node = svc.AddNode(tvw, "50", "51", "Hija")
+CheckEqual node.Key & " " & Right(raw.Shown, 7), "K51 K51<K50", "AddNode places the node under its parent's key"
+' Wine's VBScript has no Join.
+keys = svc.GetNodes(tvw, False)
+text = UBound(keys) & ":"
+For Each key In keys
+    text = text & key & ","
+Next
+CheckEqual text, "4:1,2,9,50,51,", "GetNodes answers every key as the host gave it"
+' The data-access object is reached through the probe from here on, which pads the short calls.
+Set svc.Ex = probe.Disguise(da, "DataAccess")
+da.Status = 0
+da.Data = Matrix(3, Array(1, Null, "Raíz", 2, 1, "Hoja"))
+svc.ExecFillTreeView tvw, "Select", exOpenStatic
+CheckEqual raw.Shown, "K1 K2<K1", "ExecFillTreeView clears the tree and fills it from the host's rows"
+Set raw = New FlexGridDouble
+Set g = probe.Disguise(raw, "MSFlexGrid")
+data = da.Data
+svc.FillFlexGridTree g, data
+CheckEqual raw.TextMatrix(1, 1) & "|" & raw.TextMatrix(2, 1) & "|" & raw.Levels, "+ Raíz|      Hoja|01h", _
+    "FillFlexGridTree: the outline indented by level, levels in RowData, the second level hidden"
+Set raw = New FlexGridDouble
+svc.ExecFillFlexGridTree probe.Disguise(raw, "MSFlexGrid"), "Select", exOpenStatic
+CheckEqual raw.TextMatrix(2, 1), "      Hoja", "ExecFillFlexGridTree fills the outline from the host's rows"
 
 ' ---- Release -----------------------------------------------------------------------------------
 

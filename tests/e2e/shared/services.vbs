@@ -12,6 +12,18 @@ Function Matrix(columns, cells)
     Matrix = a
 End Function
 
+' An argument as the data-access double records it: Missing when left out, and for an object
+' whether it is Nothing.
+Function Shown(v)
+    If VarType(v) = vbError Then
+        Shown = "Missing"
+    ElseIf IsObject(v) Then
+        Shown = (v Is Nothing)
+    Else
+        Shown = v
+    End If
+End Function
+
 ' ExecFillArray records what it was given and writes back, by reference, Status, the Give*
 ' objects and a row limit of 25; GetArray answers Data to a list's query, whose [Pais] the
 ' Evaluador fills from the row when there is one. Calls that leave arguments out go through the probe's disguise.
@@ -48,8 +60,8 @@ Class DataAccessDouble
     End Function
     Public Function ExecFillArray(ByRef query, ByRef mode, ByRef st, ByRef header, ByRef options, ByRef params, ByRef maxRows)
         ' Wine's Join fails on by-reference arguments, and its TypeName(Nothing) crashes.
-        Received = query & "," & mode & "," & st & "," & (header Is Nothing) & "," & options & "," & _
-            (params Is Nothing) & "," & maxRows
+        Received = query & "," & mode & "," & st & "," & Shown(header) & "," & Shown(options) & "," & _
+            Shown(params) & "," & Shown(maxRows)
         Types = VarType(query) & "," & VarType(mode) & "," & VarType(st) & "," & VarType(header) & "," & _
             VarType(options) & "," & VarType(params) & "," & VarType(maxRows)
         st = Status
