@@ -14,24 +14,15 @@ namespace {
 using automation::Variant;
 using celdo::testing::error_of;
 using celdo::testing::field_of;
+using celdo::testing::props;
 
 TEST(FieldDefaults, ANewFieldHasItsCreationDefaults) {
     auto f = automation::make_ref<clsCeldo>();
-    EXPECT_EQ(f->get_DataType(), exText);
-    EXPECT_EQ(f->get_Size(), 0);
-    EXPECT_TRUE(f->get_Visible());
-    EXPECT_EQ(f->get_Position(), -1);
-    EXPECT_EQ(f->get_Operator(), u"=");
-    EXPECT_EQ(f->get_Conjunction(), u"And");
-    EXPECT_EQ(f->get_Direction(), exParamUndefined);
-    EXPECT_EQ(f->get_RowSourceType(), exQuery) << "derived from the empty row source";
-    EXPECT_EQ(f->get_DisplayControl(), exNoDisplayControl);
-    EXPECT_EQ(f->get_NodeType(), xntNode);
-    EXPECT_FALSE(f->get_HasChildren());
-    EXPECT_TRUE(f->get_Value().is_empty());
-    EXPECT_TRUE(f->get_OldValue().is_empty());
+    // The row source type is derived from the empty row source.
+    EXPECT_EQ(props(*f, "DataType,Size,Visible,Position,Operator,Conjunction,Direction,RowSourceType,DisplayControl,"
+                        "NodeType,HasChildren,Value,OldValue"),
+              R"(1014|0|True|-1|"="|"And"|2004|5380|5396|1|False|Empty|Empty)");
     EXPECT_FALSE(f->GetColumnHeader());
-    ASSERT_TRUE(f->get_ExtendProperties());
     EXPECT_EQ(f->get_Children()->get_Count(), 0);
     EXPECT_NE(f->get_Children().get(), f->get_Attributes().get());
 }
@@ -79,16 +70,13 @@ TEST(FieldDataType, ResetsSizeAndRoundingByTypeButTextTypesKeepTheirSize) {
 TEST(FieldNames, SourceNamesAreTrimmedAndSetOnceUnlessAnExpression) {
     auto f = field_of(exText);
     for (const char16_t* name : {u"  CODIGO  ", u"OTRO"}) f->let_SourceName(name), f->let_SourceTableName(name);
-    EXPECT_EQ(f->get_SourceName(), u"CODIGO");
-    EXPECT_EQ(f->get_SourceTableName(), u"CODIGO");
+    EXPECT_EQ(props(*f, "SourceName,SourceTableName"), R"("CODIGO"|"CODIGO")");
     for (const char16_t* name : {u"", u"OTRO"}) f->let_SourceName(name), f->let_SourceTableName(name);
-    EXPECT_EQ(f->get_SourceName(), u"OTRO");
-    EXPECT_EQ(f->get_SourceTableName(), u"OTRO");
+    EXPECT_EQ(props(*f, "SourceName,SourceTableName"), R"("OTRO"|"OTRO")");
     f->let_DataType(exExpresion);
     f->let_SourceName(u"Precio * 2");
     f->let_SourceTableName(u"U");
-    EXPECT_EQ(f->get_SourceName(), u"Precio * 2");
-    EXPECT_EQ(f->get_SourceTableName(), u"OTRO") << "the table is set once whatever the type";
+    EXPECT_EQ(props(*f, "SourceName,SourceTableName"), R"("Precio * 2"|"OTRO")") << "the table is set once whatever the type";
 }
 
 TEST(FieldNames, CorrelationalAliasAndCaption) {
@@ -122,21 +110,15 @@ TEST(FieldNames, CorrelationalAliasAndCaption) {
     for (const auto& [name, caption] : captions) EXPECT_EQ(field_of(exText, name)->get_Caption(), caption);
 }
 
-TEST(FieldNodeType, UnknownIsAnErrorWhenRead) {
+TEST(FieldNodeType, UnknownIsAnErrorWhenReadAndHasChildrenFollowsTheChildren) {
     auto f = field_of(exText);
     f->let_NodeType(xntUnknown);
     auto e = error_of([&] { (void)f->get_NodeType(); });
-    EXPECT_EQ(e.number(), -2147221504);
-    EXPECT_EQ(e.source(), u"Celdo.NodeType");
-    EXPECT_EQ(e.description(), u"Required property not initialized");
+    EXPECT_EQ(std::tuple(e.number(), e.source(), e.description()),
+              std::tuple(-2147221504, std::u16string(u"Celdo.NodeType"), std::u16string(u"Required property not initialized")));
     f->let_NodeType(xntComment);
     EXPECT_EQ(f->get_NodeType(), xntComment);
-}
-
-TEST(FieldChildren, HasChildrenFollowsTheChildrenCollection) {
-    auto f = field_of(exText);
-    Variant none = Variant::missing();
-    f->get_Children()->Append(field_of(exText, u"hijo"), none, none, u"");
+    f->get_Children()->Append(field_of(exText, u"hijo"), Variant::missing(), Variant::missing(), u"");
     EXPECT_TRUE(f->get_HasChildren());
 }
 

@@ -22,23 +22,12 @@
 #include "automation/enumerator.hpp"
 #include "automation/error.hpp"
 #include "automation/text.hpp"
+#include "tests/support/test_support.hpp"
 
 namespace celdo::testing {
 
 using automation::Argument, automation::make_ref, automation::Ref, automation::Variant;
 using Log = std::shared_ptr<std::vector<std::string>>;
-
-inline std::string render(const Variant& v) {
-    if (v.is_missing()) return "Missing";
-    if (v.is_array()) return "Array";
-    switch (v.type()) {
-        case automation::VarType::Empty: return "Empty";
-        case automation::VarType::Null: return "Null";
-        case automation::VarType::String: return "\"" + automation::utf16_to_utf8(v.as_string()) + "\"";
-        case automation::VarType::Object: return v.as_object() ? "Object" : "Nothing";
-        default: return automation::utf16_to_utf8(automation::to_string(v));
-    }
-}
 
 inline Variant refuse(std::span<Argument>) { throw automation::AutomationError(380, u"Control", u"refused"); }
 

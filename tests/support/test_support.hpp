@@ -4,12 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <ostream>
 #include <string>
 #include <utility>
 
+#include "automation/convert.hpp"
 #include "automation/error.hpp"
+#include "automation/late_binding.hpp"
 #include "automation/text.hpp"
 #include "automation/variant.hpp"
 
@@ -20,6 +23,30 @@ inline void PrintTo(const Variant& value, std::ostream* out) { *out << debug_str
 }  // namespace celdo::automation
 
 namespace celdo::testing {
+
+// A value as a check reads it: texts quoted, the other subtypes in the language's text.
+inline std::string render(const automation::Variant& v) {
+    if (v.is_missing()) return "Missing";
+    if (v.is_array()) return "Array";
+    switch (v.type()) {
+        case automation::VarType::Empty: return "Empty";
+        case automation::VarType::Null: return "Null";
+        case automation::VarType::String: return "\"" + automation::utf16_to_utf8(v.as_string()) + "\"";
+        case automation::VarType::Object: return v.as_object() ? "Object" : "Nothing";
+        default: return automation::utf16_to_utf8(automation::to_string(v));
+    }
+}
+
+// Properties of an object read late-bound by name ("Name,Size"), rendered and joined by "|",
+// so that one check reads a whole state.
+inline std::string props(automation::Object& object, std::string_view names) {
+    std::string out;
+    for (size_t at = 0, end; at <= names.size(); at = end + 1) {
+        end = std::min(names.find(',', at), names.size());
+        out += (at ? "|" : "") + render(automation::get(object, automation::utf8_to_utf16(names.substr(at, end - at))));
+    }
+    return out;
+}
 
 // Runs `body` and reports the automation error it raised, or fails when it raised none.
 template <class F>
