@@ -78,8 +78,14 @@ TEST(Activation, AnObjectAnswersToItsInterfacesAndRefusesAggregation) {
     ASSERT_EQ(object->QueryInterface(IID_IProvideClassInfo, provide.out_void()), S_OK);
     ASSERT_EQ(provide->GetClassInfo(cls.out()), S_OK);
     cls->GetDocumentation(MEMBERID_NIL, class_name.out(), nullptr, nullptr, nullptr);
-    EXPECT_EQ(class_name.str(), L"Constants");
+    UINT count = 0;
+    EXPECT_EQ(object->GetTypeInfoCount(&count), S_OK);
+    EXPECT_EQ(class_name.str() + L" " + std::to_wstring(count), L"Constants 1");
+    LPOLESTR names[] = {const_cast<LPOLESTR>(L"exText")};  // a constant, not a member
+    DISPID id = 0;
     DISPPARAMS none{nullptr, nullptr, 0, 0};
+    EXPECT_EQ(object->GetIDsOfNames(IID_NULL, names, 1, 0, &id), DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(id, DISPID_UNKNOWN);
     EXPECT_EQ(object->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr), DISP_E_MEMBERNOTFOUND);
 
     ComPtr<IClassFactory> factory;

@@ -43,8 +43,9 @@ Function Fingerprint(o)
     Dim s, e, a
     e = ""
     a = ""
-    s = TypeName(o) & ":"
-    Select Case TypeName(o)
+    ' Wine reports the default interface's name, Windows the class's.
+    s = Replace(TypeName(o), "_", "") & ":"
+    Select Case Left(s, Len(s) - 1)
         Case "clsCeldo"
             s = s & o.XMLAttribute(e, a) & "|" & TypeName(o.Value) & "|" & o.Children.Count & "|" & _
                 o.Attributes.Count & "|" & TypeName(o.ExtendProperties) & "|" & o.XML("")
