@@ -1,27 +1,38 @@
 #pragma once
-// Shared by the C++ clients that run under Wine against the built DLL.
+// Shared by the C++ clients that run under Wine against the built DLLs: owners for interface
+// pointers, BSTRs and VARIANTs, arguments as a script passes them, a late-bound call, host
+// objects and event sinks.
 
 #include <windows.h>
 #include <oaidl.h>
 #include <ocidl.h>
 
+#include <gtest/gtest.h>
+
+#include <deque>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "Celdo_h.h"
 
 namespace celdo::testing {
 
-// Full Windows path of the Celdo.dll under test (the program's first argument).
+// Full Windows path of the DLL under test (the program's last argument).
 const std::wstring& dll_path();
 
-// What the loaded Celdo.dll's DllCanUnloadNow answers. COM loaded the module from its registered
-// path; it is known by its file name.
+// What the loaded Celdo.dll's DllCanUnloadNow answers (COM loaded it from its registered path).
 inline HRESULT can_unload_now() {
     HMODULE module = GetModuleHandleW(L"Celdo.dll");
-    if (!module) return E_FAIL;
-    auto can_unload = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
-        reinterpret_cast<void*>(GetProcAddress(module, "DllCanUnloadNow")));
-    return can_unload ? can_unload() : E_FAIL;
+    auto entry = module ? GetProcAddress(module, "DllCanUnloadNow") : nullptr;
+    return entry ? reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(entry))() : E_FAIL;
 }
+
+// Every creatable class, by the name that follows "Celdo." in its ProgID.
+inline const std::pair<const wchar_t*, const CLSID*> kClasses[] = {
+    {L"clsCeldo", &CLSID_clsCeldo},   {L"clsCeldos", &CLSID_clsCeldos},   {L"Constants", &CLSID_Constants},
+    {L"clsRegistro", &CLSID_clsRegistro}, {L"CeldosSeguimiento", &CLSID_CeldosSeguimiento},
+    {L"ISService", &CLSID_ISService}, {L"Apuntador", &CLSID_Apuntador}, {L"Apuntadores", &CLSID_Apuntadores}};
 
 // Owns one COM reference.
 template <class I>
@@ -30,44 +41,108 @@ public:
     ComPtr() = default;
     ComPtr(const ComPtr&) = delete;
     ComPtr& operator=(const ComPtr&) = delete;
-    ComPtr(ComPtr&& other) noexcept : p_(other.p_) { other.p_ = nullptr; }
+    ComPtr(ComPtr&& other) noexcept : p_(std::exchange(other.p_, nullptr)) {}
     ~ComPtr() { reset(); }
-    I** out() {
-        reset();
-        return &p_;
-    }
+    I** out() { return reset(), &p_; }
     void** out_void() { return reinterpret_cast<void**>(out()); }
     I* get() const { return p_; }
     I* operator->() const { return p_; }
     explicit operator bool() const { return p_ != nullptr; }
-    void reset() {
-        if (p_) p_->Release();
-        p_ = nullptr;
-    }
+    void reset() { if (I* p = std::exchange(p_, nullptr)) p->Release(); }
 
 private:
     I* p_ = nullptr;
 };
+
+// An object of the registered class `clsid` through its interface I.
+template <class I = IDispatch>
+ComPtr<I> create(REFCLSID clsid) {
+    ComPtr<I> made;
+    EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(I), made.out_void()), S_OK);
+    return made;
+}
+
+// Owns one BSTR; passes as the BSTR itself.
+class Bstr {
+public:
+    explicit Bstr(const wchar_t* s = nullptr) : b_(s ? SysAllocString(s) : nullptr) {}
+    Bstr(const Bstr&) = delete;
+    Bstr& operator=(const Bstr&) = delete;
+    ~Bstr() { SysFreeString(b_); }
+    operator BSTR() const { return b_; }
+    BSTR* ref() { return &b_; }  // in and out, as ByRef passes it
+    BSTR* out() { return SysFreeString(std::exchange(b_, nullptr)), &b_; }
+    std::wstring str() const { return b_ ? std::wstring(b_, SysStringLen(b_)) : std::wstring(); }
+
+private:
+    BSTR b_;
+};
+
+// Owns one VARIANT (it takes over the one it is made from).
+struct Var : VARIANT {
+    Var() { VariantInit(this); }
+    Var(const VARIANT& v) : VARIANT(v) {}
+    Var(const Var&) = delete;
+    Var& operator=(const Var&) = delete;
+    ~Var() { VariantClear(this); }
+};
+
+// Arguments as a script passes them: the receiver owns what they hold.
+inline VARIANT text(const wchar_t* s) { VARIANT v; V_VT(&v) = VT_BSTR; V_BSTR(&v) = SysAllocString(s); return v; }
+inline VARIANT number(long n) { VARIANT v; V_VT(&v) = VT_I4; V_I4(&v) = n; return v; }
+inline VARIANT missing() { VARIANT v; V_VT(&v) = VT_ERROR; V_ERROR(&v) = DISP_E_PARAMNOTFOUND; return v; }  // left out
+inline VARIANT object(IDispatch* d) {  // a new reference to d (Nothing for null)
+    if (d) d->AddRef();
+    VARIANT v; V_VT(&v) = VT_DISPATCH; V_DISPATCH(&v) = d; return v;
+}
+
+// A late-bound call as a script makes it: arguments in source order, cleared by the call; a
+// property put passes its value as the named argument DISPID_PROPERTYPUT.
+inline HRESULT invoke(IDispatch* object, const wchar_t* name, std::vector<VARIANT> args, WORD flags, VARIANT* result,
+                      EXCEPINFO* error) {
+    LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
+    DISPID id = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
+    HRESULT hr = object->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
+    if (SUCCEEDED(hr)) {
+        std::vector<VARIANT> reversed(args.rbegin(), args.rend());
+        const bool puts = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
+        DISPPARAMS params{reversed.data(), puts ? &put : nullptr, static_cast<UINT>(reversed.size()), puts ? 1u : 0u};
+        hr = object->Invoke(id, IID_NULL, 0, flags, &params, result, error, nullptr);
+    }
+    for (VARIANT& a : args) VariantClear(&a);
+    return hr;
+}
+
+// "source|description" of the error object the last call left on this thread; empty for none.
+inline std::wstring error_info() {
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.out()) != S_OK) return L"";
+    Bstr source, description;
+    info->GetSource(source.out());
+    info->GetDescription(description.out());
+    return source.str() + L"|" + description.str();
+}
+
+// A field added to `row` through the vtable, as compiled hosts add it: a Long holding `value`.
+inline HRESULT add_field(_clsCeldos* row, const wchar_t* name, VARIANT value, ComPtr<_clsCeldo>* added = nullptr) {
+    Bstr field_name(name), none(L"");
+    ComPtr<_clsCeldo> field;
+    return row->Add(field_name, none, exLong, 0, -1, VARIANT_FALSE, none, none, value, missing(), missing(), missing(),
+                    (added ? *added : field).out());
+}
 
 // The IUnknown and IDispatch plumbing of a host object written in a test. It lives on the
 // test's stack: `refs` starts at 1 for that, and what the library took must be given back.
 class TestDispatch : public IDispatch {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
-        if (riid == IID_IUnknown || riid == IID_IDispatch || answers(riid)) {
-            *out = this;
-            AddRef();
-            return S_OK;
-        }
-        *out = nullptr;
-        return E_NOINTERFACE;
+        *out = riid == IID_IUnknown || riid == IID_IDispatch || answers(riid) ? this : nullptr;
+        if (*out) AddRef();
+        return *out ? S_OK : E_NOINTERFACE;
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++refs; }
     ULONG STDMETHODCALLTYPE Release() override { return --refs; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override {
-        *n = 0;
-        return S_OK;
-    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
 
@@ -75,60 +150,46 @@ public:
 
 protected:
     ~TestDispatch() = default;
-    // Another interface the object answers to, such as an events interface.
-    virtual bool answers(REFIID) const { return false; }
+    virtual bool answers(REFIID) const { return false; }  // another interface, such as events
 };
 
-// An event sink as a WithEvents variable builds one: a dispatch object that records each event
-// it receives (its number and, when it is a Long, its first argument).
+// An event sink as a WithEvents variable builds one: it records each event's number, how it
+// came (as a method call or not) and a copy of its first argument.
 class RecordingSink final : public TestDispatch {
 public:
     explicit RecordingSink(REFIID events) : events_(events) {}
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
                                      UINT*) override {
         ids.push_back(id);
-        method_calls += flags == DISPATCH_METHOD;
-        argument_counts.push_back(params->cArgs);
-        if (params->cArgs >= 1 && V_VT(&params->rgvarg[params->cArgs - 1]) == VT_I4)
-            first_longs.push_back(V_I4(&params->rgvarg[params->cArgs - 1]));
+        methods += flags == DISPATCH_METHOD;
+        Var& first = firsts.emplace_back();
+        if (params->cArgs) kinds.push_back(V_VT(&params->rgvarg[params->cArgs - 1]));
+        if (params->cArgs) VariantCopyInd(&first, &params->rgvarg[params->cArgs - 1]);
         return S_OK;
     }
-
     std::vector<DISPID> ids;
-    std::vector<UINT> argument_counts;
-    std::vector<long> first_longs;
-    size_t method_calls = 0;
+    std::vector<VARTYPE> kinds;  // of the first argument as it arrived, for events that have one
+    std::deque<Var> firsts;      // Empty for events without arguments
+    size_t methods = 0;
 
 private:
     bool answers(REFIID riid) const override { return riid == events_; }
     IID events_;
 };
 
-// Arguments as a script passes them: the receiver owns what they hold.
-inline VARIANT text(const wchar_t* s) {
-    VARIANT v;
-    V_VT(&v) = VT_BSTR;
-    V_BSTR(&v) = SysAllocString(s);
-    return v;
-}
-inline VARIANT number(long n) {
-    VARIANT v;
-    V_VT(&v) = VT_I4;
-    V_I4(&v) = n;
-    return v;
-}
-// A new reference to `d` (Nothing for null).
-inline VARIANT object(IDispatch* d) {
-    VARIANT v;
-    V_VT(&v) = VT_DISPATCH;
-    V_DISPATCH(&v) = d;
-    if (d) d->AddRef();
-    return v;
-}
-
-// Reads a registry string value; empty when the key or value is missing.
-std::wstring registry_text(HKEY root, const std::wstring& path, const wchar_t* name = nullptr);
-bool registry_key_exists(HKEY root, const std::wstring& path);
-std::wstring guid_text(REFGUID guid);
+// `sink` advised on the connection point for `events` of `source` for as long as this lives.
+struct Connection {
+    Connection(IUnknown* source, REFIID events, IUnknown* sink) {
+        ComPtr<IConnectionPointContainer> container;
+        if (source->QueryInterface(IID_IConnectionPointContainer, container.out_void()) == S_OK)
+            container->FindConnectionPoint(events, point.out());
+        advised = point && point->Advise(sink, &cookie) == S_OK;
+    }
+    ~Connection() { if (advised) point->Unadvise(cookie); }
+    HRESULT unadvise() { return advised = false, point->Unadvise(cookie); }
+    ComPtr<IConnectionPoint> point;
+    DWORD cookie = 0;
+    bool advised = false;
+};
 
 }  // namespace celdo::testing

@@ -1,26 +1,31 @@
 // The member machinery as JScript meets it, where it differs from VBScript: objects assigned
-// with Let and Set together, methods called with trailing arguments left out, VBArray, and
-// errors as exceptions.
+// with Let and Set together, every argument passed as a copy, trailing arguments left out,
+// VBArray, errors as exceptions, and JScript objects called back by name, which Wine resolves
+// through IDispatchEx.
 var p = new ActiveXObject("CeldoProbe.Probe");
 var q = new ActiveXObject("CeldoProbe.Probe");
 
 // JScript has no Set statement: an object assigned to a property goes in as the object.
 p.Partner = q;
-check(p.Partner === q, "an object property gives back the same object");
 p.Value = q;
-check(p.Value === q, "an object assigned to the default member");
+check(p.Partner === q && p.Value === q && p.Itself() === p, "objects assigned and given back as themselves");
 p.Value = "text";
 checkEqual(p.Value, "text", "a value assigned to the default member");
-check(p.Itself() === p, "identity through a function");
+var s = "  padded  ";
+p.Tidy(s);
+checkEqual(s, "  padded  ", "a by-reference parameter leaves the script's string as it was");
 checkEqual(p.Describe(7), "Size=7;Position=-1;Label=!;Extra=Missing;Mode=2;Flag=True", "trailing arguments left out");
-
 var grid = new VBArray(p.Grid(3, 2));
 checkEqual(grid.dimensions() + "," + grid.ubound(1) + " " + grid.getItem(2, 1), "2,2 21", "a two-dimensional array");
-
 checkThrows(function () { p.Raise(-2147221504, "Celdo_Codigo", "Tipo de dato no válido"); },
             -2147221504, "Tipo de dato no válido", "an object error with its description");
 checkThrows(function () { p.Small = 40000; }, 6, "", "a language error's number in the low word");
 
+var host = { total: 5, twice: function (n) { return n * 2; } };
+checkEqual(p.Call(host, "twice", 21), 42, "a JScript function called by name");
+p.Write(host, "total", p.Read(host, "total") + 4);
+checkEqual(host.total, 9, "a JScript property read and written by name");
+checkThrows(function () { p.Read(host, "absent"); }, 438, "", "a property the object lacks");
 p.Value = 0;
 p.Partner = null;
 finish();

@@ -1,51 +1,45 @@
 ' Page pointers from VBScript: a page recorded from a script's own data array, another with Add's
-' optional arguments left out, the default member, For Each, moving and filtering, and a refused
-' value's error. The
-' paging rules have native tests; Wine's script host cannot sink events, so Requery is tested
-' from a C++ client (tests/com/paging_test.cpp).
-Dim pages, header, data, first, page, p, text, i
+' optional arguments left out, the default member, For Each, a refused value's error, and every
+' member called once by name. The paging rules have native tests; Wine's script host cannot sink
+' events, so Requery and EnterCell are tested from a C++ client (tests/com/events_test.cpp).
+' include: shared/services.vbs
+Dim pages, header, first, page, p, text
 Set pages = CreateObject("Celdo.Apuntadores")
 pages.PrimaryKey = "Serie, Numero"
 ' The default page size and a pointer's key-only fields have no native check.
-CheckEqual pages.MaxRows, CLng(100), "a hundred rows a page unless set"
+CheckEqual pages.MaxRows & " " & pages.PrimaryKey, "100 Serie, Numero", "a hundred rows a page unless set"
 pages.MaxRows = 3
-
 Set header = CreateObject("Celdo.clsCeldos")
 header.Add "Serie", "", exText
 header.Add "Numero", "", exLong
 header.Add "Cliente", "", exText
-ReDim data(2, 2)
-For i = 0 To 2
-    data(0, i) = "A"
-    data(1, i) = 10 + i
-    data(2, i) = "Cliente " & i
-Next
-Set page = pages.AddRows(data, header, "uno")
-CheckEqual page.First.Item("Numero").Value & "-" & page.Last.Item("Numero").Value & " of " & page.Rows, "10-12 of 3", _
-    "AddRows keeps the first and last rows' key"
-CheckEqual page.Last.Count, CLng(2), "and only the key's fields"
-
+Set page = pages.AddRows(Matrix(3, Array("A", 10, "Cliente 0", "A", 11, "Cliente 1", "A", 12, "Cliente 2")), header, "uno")
+CheckEqual page.First.Item("Numero").Value & "-" & page.Last.Item("Numero").Value & " of " & page.Rows & " by " & page.Last.Count, _
+    "10-12 of 3 by 2", "AddRows keeps the first and last rows' key, and only the key's fields"
 Set first = CreateObject("Celdo.clsCeldos")
 first.AddParameter "Serie", exText, "B"
 first.AddParameter "Numero", exLong, 1
 Set page = pages.Add(first, first)
 CheckEqual page.Index & " " & pages.Count, "2 2", "Add with its optional arguments left out"
-Check pages.Current Is page, "the page added is the current one"
-Check pages("uno") Is pages.Item(1), "found by key through the default member, the same object twice"
+Check pages.Current Is page And pages("uno") Is pages.Item(1), "one object behind each path to a page"
 text = ""
 For Each p In pages
     text = text & p.Index & ":" & p.Key & ";"
 Next
 CheckEqual text, "1:uno;2:;", "For Each walks the pages in order"
-
+Set pages.Control = header
+Check pages.Control Is header, "the control shown"
 ' Their Requery goes unheard here: what they answer, and a new filter starting over.
 CheckEqual pages.Avanzar() & "," & pages.Retroceder(), "True,True", "Avanzar and Retroceder ask for a page"
+pages.Remove "uno"
+CheckEqual pages.Count & " " & pages(1).Index, "1 1", "Remove forgets a page, the others move up"
+pages.Clear
 pages.Filter = "Cliente = 12"
-CheckEqual pages.Filter & " " & pages.Count, "Cliente = 12 0", "a new Filter is kept and clears the pages"
-
+CheckEqual pages.Filter & " " & pages.Count, "Cliente = 12 0", "the filter is kept; Clear left no pages"
 On Error Resume Next
 pages.MaxRows = 0
 CheckError 380, "", "", "a page of no rows is refused"
 On Error GoTo 0
+Set pages.Control = Nothing
 Set pages = Nothing
 Finish

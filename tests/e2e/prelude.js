@@ -7,28 +7,24 @@ function failed(name, detail) {
     WScript.Echo("FAILED " + name + ": " + detail);
 }
 
-function check(condition, name) {
-    checksRun++;
-    if (!condition) failed(name, "condition is false");
-}
-
 function checkEqual(actual, expected, name) {
     checksRun++;
     if (typeof actual !== typeof expected || actual !== expected)
         failed(name, "got [" + actual + "] (" + typeof actual + "), expected [" + expected + "] (" + typeof expected + ")");
 }
 
-// Runs body and checks the automation error it raised (its number is the low word).
+function check(condition, name) { checkEqual(!!condition, true, name); }
+
+// Runs body and checks the automation error it raised: its number (the low word of a language
+// error's) and, unless empty, its description.
 function checkThrows(body, number, description, name) {
     checksRun++;
     try {
         body();
     } catch (e) {
-        var got = e.number & 0xFFFF;
-        if (number > 0xFFFF || number < 0) got = e.number;
-        if (got !== number) failed(name, "error " + e.number + " (" + e.description + "), expected " + number);
-        else if (description !== "" && e.description !== description)
-            failed(name, "description [" + e.description + "], expected [" + description + "]");
+        var got = number > 0xFFFF || number < 0 ? e.number : e.number & 0xFFFF;
+        if (got !== number || (description !== "" && e.description !== description))
+            failed(name, "error " + e.number + " (" + e.description + "), expected " + number + " (" + description + ")");
         return;
     }
     failed(name, "no error");
@@ -36,5 +32,5 @@ function checkThrows(body, number, description, name) {
 
 function finish() {
     if (checksFailed === 0) WScript.Echo("PASSED " + checksRun + " checks");
-    else WScript.Echo("FAILED " + checksFailed + " of " + checksRun + " checks");
+    else failed("", checksFailed + " of " + checksRun + " checks");
 }

@@ -13,24 +13,21 @@ Function Matrix(columns, cells)
 End Function
 
 ' An argument as the data-access double records it: Missing when left out, and for an object
-' whether it is Nothing.
+' whether it is Nothing (Wine's TypeName(Nothing) crashes).
 Function Shown(v)
-    If VarType(v) = vbError Then
-        Shown = "Missing"
-    ElseIf IsObject(v) Then
-        Shown = (v Is Nothing)
-    Else
-        Shown = v
-    End If
+    If IsObject(v) Then Shown = (v Is Nothing) Else Shown = v
+    If VarType(v) = vbError Then Shown = "Missing"
 End Function
 
 ' ExecFillArray records what it was given and writes back, by reference, Status, the Give*
 ' objects and a row limit of 25; GetArray answers Data to a list's query, whose [Pais] the
-' Evaluador fills from the row when there is one. Calls that leave arguments out go through the probe's disguise.
+' Evaluador (itself) fills from the row when there is one. Calls that leave arguments out go
+' through the probe's disguise.
 Dim released
 released = 0
 
 Class DataAccessDouble
+    Public FormatShowDate
     Public HayConexion
     Public Received
     Public Types
@@ -38,28 +35,17 @@ Class DataAccessDouble
     Public GiveHeader
     Public GiveParameters
     Public Data
-    Private Sub Class_Initialize()
-        HayConexion = True
-        Status = 0
-        Set GiveHeader = Nothing
-        Set GiveParameters = Nothing
-    End Sub
-    Private Sub Class_Terminate()
-        released = released + 1
-    End Sub
-    Public Property Get Evaluador()
-        Set Evaluador = Me
-    End Property
+    Private Sub Class_Initialize(): HayConexion = True: Status = 0: Set GiveHeader = Nothing: Set GiveParameters = Nothing: End Sub
+    Private Sub Class_Terminate(): released = released + 1: End Sub
+    Public Property Get Evaluador(): Set Evaluador = Me: End Property
+    Public Function ReplaceString(text, find, replacement): ReplaceString = Replace(text, find, replacement): End Function
     Public Function ReplaceExpresion(text, row)
         ReplaceExpresion = text
         If Not row Is Nothing Then ReplaceExpresion = Replace(text, "[Pais]", row.Item("Pais").Value)
     End Function
-    Public Function GetArray(ByRef query, ByRef mode, ByRef st)
-        Received = query
-        GetArray = Data
-    End Function
+    Public Function GetArray(ByRef query, ByRef mode, ByRef st): Received = query: GetArray = Data: End Function
     Public Function ExecFillArray(ByRef query, ByRef mode, ByRef st, ByRef header, ByRef options, ByRef params, ByRef maxRows)
-        ' Wine's Join fails on by-reference arguments, and its TypeName(Nothing) crashes.
+        ' Wine's Join fails on by-reference arguments.
         Received = query & "," & mode & "," & st & "," & Shown(header) & "," & Shown(options) & "," & _
             Shown(params) & "," & Shown(maxRows)
         Types = VarType(query) & "," & VarType(mode) & "," & VarType(st) & "," & VarType(header) & "," & _

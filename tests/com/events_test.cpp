@@ -1,0 +1,108 @@
+// The library's events as a compiled host with WithEvents receives them through connection
+// points (Wine's script host cannot sink events): a field's Chance, and the pages' Requery, with
+// the key to fetch from, and EnterCell, from the cell events of the control shown.
+#include <olectl.h>
+
+#include "CeldoProbe_h.h"
+#include "tests/com/com_test.hpp"
+
+namespace celdo::testing {
+namespace {
+
+TEST(Events, ChanceIsRaisedWhenTheValueChangesToAdvisedSinksUntilTheyLeave) {
+    auto field = create<_clsCeldo>(CLSID_clsCeldo);
+    ComPtr<IProvideClassInfo2> info;
+    ComPtr<IConnectionPointContainer> container;
+    ComPtr<IConnectionPoint> none;
+    GUID source{};
+    ASSERT_EQ(field->QueryInterface(IID_IProvideClassInfo2, info.out_void()), S_OK);
+    ASSERT_EQ(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source), S_OK);
+    EXPECT_TRUE(IsEqualGUID(source, DIID___clsCeldo));
+    ASSERT_EQ(field->QueryInterface(IID_IConnectionPointContainer, container.out_void()), S_OK);
+    EXPECT_EQ(container->FindConnectionPoint(IID_IDispatch, none.out()), CONNECT_E_NOCONNECTION);
+    RecordingSink sink(DIID___clsCeldo);
+    Connection connection(field.get(), DIID___clsCeldo, &sink);
+    ASSERT_TRUE(connection.advised);
+    ASSERT_EQ(field->put_DataType(exLong), S_OK);
+    for (long value : {1, 1, 2}) EXPECT_EQ(field->put_Value(number(value)), S_OK);
+    EXPECT_EQ(field->Undo(), S_OK);
+    EXPECT_EQ(field->put_Value(Var()), S_OK);
+    EXPECT_EQ(sink.ids, (std::vector<DISPID>{1, 1, 1}))
+        << "Chance, event 1, for a change (the same value is none) and an undo; none for clearing";
+    EXPECT_TRUE(sink.kinds.empty()) << "Chance has no arguments";
+    EXPECT_EQ(sink.methods, 3u) << "events come as method calls";
+    ASSERT_EQ(connection.unadvise(), S_OK);
+    EXPECT_EQ(connection.point->Unadvise(connection.cookie), CONNECT_E_NOCONNECTION);
+    EXPECT_EQ(field->put_Value(number(5)), S_OK);
+    EXPECT_EQ(sink.ids.size(), 3u) << "nothing reaches a sink that left";
+    EXPECT_EQ(sink.refs, 1u) << "the connection point released the sink";
+}
+
+// A row of one parameter, Id, holding `id`.
+ComPtr<_clsCeldos> key_row(long id) {
+    auto fields = create<_clsCeldos>(CLSID_clsCeldos);
+    EXPECT_EQ(fields->AddParameter(Bstr(L"Id"), exLong, number(id), Bstr(L"="), 0, Bstr(L""), exParamInput, missing(),
+                                   missing()),
+              S_OK);
+    return fields;
+}
+
+// The probe from its own DLL stands for a flex grid: its Enter raises EnterCell, as a grid does
+// when the user enters a cell.
+TEST(Events, PagesAskForTheirRowsAndTellWhenACellOfTheirControlIsEntered) {
+    auto pages = create<_Apuntadores>(CLSID_Apuntadores);
+    auto grid = create<_Probe>(CLSID_Probe);
+    RecordingSink sink(DIID___Apuntadores);
+    Connection connection(pages.get(), DIID___Apuntadores, &sink);
+    ASSERT_TRUE(connection.advised);
+    ComPtr<IConnectionPointContainer> grid_points;
+    ComPtr<IConnectionPoint> grid_point;
+    ASSERT_EQ(grid->QueryInterface(IID_IConnectionPointContainer, grid_points.out_void()), S_OK);
+    ASSERT_EQ(grid_points->FindConnectionPoint(DIID___Probe, grid_point.out()), S_OK);
+    const auto listening = [&] {
+        ComPtr<IEnumConnections> each;
+        CONNECTDATA data;
+        int n = 0;
+        if (grid_point->EnumConnections(each.out()) == S_OK)
+            for (; each->Next(1, &data, nullptr) == S_OK; ++n) data.pUnk->Release();
+        return n;
+    };
+
+    ASSERT_EQ(pages->put_PrimaryKey(Bstr(L"Id")), S_OK);
+    ASSERT_EQ(pages->put_MaxRows(2), S_OK);
+    VARIANT_BOOL asked = VARIANT_FALSE;
+    ComPtr<_Apuntador> page;
+    ASSERT_EQ(pages->Avanzar(&asked), S_OK);
+    ASSERT_EQ(pages->Add(key_row(1).get(), key_row(2).get(), 2, Bstr(L""), page.out()), S_OK);
+    ASSERT_EQ(pages->Avanzar(&asked), S_OK);
+    EXPECT_EQ(asked, VARIANT_TRUE);
+    ASSERT_EQ(sink.ids, (std::vector<DISPID>{2, 2})) << "Requery is event 2";
+    EXPECT_EQ(sink.kinds, (std::vector<VARTYPE>{VT_DISPATCH, VT_DISPATCH})) << "PK goes by value, as declared";
+    // What each key holds: no field, or Id's operator and value.
+    const auto key = [&](size_t i) {
+        ComPtr<_clsCeldos> fields;
+        ComPtr<_clsCeldo> id;
+        Var name(text(L"Id")), value;
+        Bstr op;
+        long count = -1;
+        V_DISPATCH(&sink.firsts[i])->QueryInterface(IID__clsCeldos, fields.out_void());
+        if (!fields || fields->get_Count(&count) != S_OK || count == 0) return std::to_wstring(count) + L" fields";
+        if (fields->get_Item(&name, id.out()) != S_OK) return std::wstring(L"no Id");
+        id->get_Value(&value);
+        id->get_Operator(op.out());
+        return op.str() + std::to_wstring(V_I4(&value));
+    };
+    EXPECT_EQ(key(0) + L" " + key(1), L"0 fields >2") << "the first page from an empty key, the next after the last key shown";
+
+    ASSERT_EQ(pages->putref_Control(grid.get()), S_OK);
+    EXPECT_EQ(listening(), 1);
+    EXPECT_EQ(grid->Enter(), S_OK);
+    EXPECT_EQ(sink.ids.back(), 1) << "EnterCell is event 1";
+    ASSERT_EQ(pages->putref_Control(nullptr), S_OK);
+    EXPECT_EQ(grid->Enter(), S_OK);
+    EXPECT_EQ(sink.ids.size(), 3u);
+    EXPECT_EQ(listening(), 0) << "a control no longer shown is no longer listened to";
+}
+
+}  // namespace
+}  // namespace celdo::testing
