@@ -90,7 +90,8 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
     };
     bool sign_seen = false, paren = false, currency_seen = false;
     // The sign, parenthesis and currency symbol a number may carry before its digits or
-    // after them, once each; a closing parenthesis makes it negative and counts as its sign.
+    // after them, once each (the symbol may repeat after them: "$11$$"); a closing
+    // parenthesis makes it negative and counts as its sign.
     auto read_affixes = [&](bool after) {
         skip_blanks();
         for (;;) {
@@ -107,7 +108,7 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
                 ++i;
                 if (sign_seen) return false;
                 sign_seen = true;
-            } else if (!currency_seen && starts_with(text, i, locale.currency)) {
+            } else if ((after || !currency_seen) && starts_with(text, i, locale.currency)) {
                 currency_seen = true;
                 i += locale.currency.size();
             } else {
@@ -119,7 +120,7 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
 
     read_affixes(false);
 
-    if (i + 1 < end && text[i] == u'&' && !sign_seen && !paren) {
+    if (i + 1 < end && text[i] == u'&' && !sign_seen && !paren && !currency_seen) {
         const char16_t kind = text[i + 1];
         const int base = (kind == u'H' || kind == u'h') ? 16 : (kind == u'O' || kind == u'o') ? 8 : 0;
         if (!base) return std::nullopt;
