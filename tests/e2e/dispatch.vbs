@@ -34,7 +34,7 @@ CheckEqual s, "  kept  ", "parentheses pass a copy"
 q.Text = "old"
 Set v = q
 p.Renew v
-CheckEqual v.Text & " " & (v Is q), "renewed old False", "an object by reference is replaced"
+CheckEqual v.Text & " " & (v Is q), "renewed old " & False, "an object by reference is replaced"
 
 Check p.Itself Is p, "a function returning the object gives the object"
 Set p.Partner = q

@@ -31,7 +31,7 @@ s = ""
 For Each x In reg
     s = s & (x Is row) & ";"
 Next
-CheckEqual s, "False;True;", "For Each over the rows: AppendAs's copy, then the row"
+CheckEqual s, False & ";" & True & ";", "For Each over the rows: AppendAs's copy, then the row"
 On Error Resume Next
 reg.Add row, "misma"
 CheckError 457, "", "", "a key in use"
