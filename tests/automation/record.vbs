@@ -19,10 +19,7 @@ Function Unescape(quoted)
         If Left(parts(i), 1) = "u" Then
             code = CLng("&H" & Mid(parts(i), 2, 4))
             If code = &H20AC Then code = 128 ' the euro sign in the host's code page
-            If code > 255 Then
-                Unescape = Null
-                Exit Function
-            End If
+            If code > 255 Then Unescape = Null: Exit Function
             Unescape = Unescape & Chr(code) & Mid(parts(i), 6)
         Else
             Unescape = Unescape & Chr(escapes(InStr("fnrtv", Left(parts(i), 1)) - 1)) & Mid(parts(i), 2)
@@ -50,13 +47,12 @@ Function Calendar(text)
 End Function
 
 Function Cell(text) ' Empty stays Empty
-    Dim kind, value
+    Dim value
     If Left(text, 1) = """" Then Cell = Unescape(Replace(text, ".", rowPoint))
     If text = "Null" Then Cell = Null
     If InStr(text, " ") = 0 Or Left(text, 1) = """" Then Exit Function
-    kind = Left(text, InStr(text, " ") - 1)
     value = Mid(text, InStr(text, " ") + 1)
-    Select Case kind
+    Select Case Left(text, InStr(text, " ") - 1)
     Case "Boolean": Cell = (value = "True")
     Case "Byte": Cell = CByte(value)
     Case "Integer": Cell = CInt(value)
@@ -72,10 +68,7 @@ End Function
 ' Subtype and value; Currency by its text, all four decimals, Double and Date near enough.
 Function Same(got, text)
     Dim want
-    If Left(text, 9) = "Currency " Then
-        Same = VarType(got) = vbCurrency And CStr(got) = Replace(Mid(text, 10), ".", point)
-        Exit Function
-    End If
+    If Left(text, 9) = "Currency " Then Same = VarType(got) = vbCurrency And CStr(got) = Replace(Mid(text, 10), ".", point): Exit Function
     want = Cell(text)
     Same = VarType(got) = VarType(want)
     If Not Same Or IsNull(want) Or IsEmpty(want) Then Exit Function
@@ -88,8 +81,7 @@ End Function
 
 Sub Run(row)
     Dim v, got, name, ok
-    rowPoint = "."
-    If row(0) = "local" Then rowPoint = point
+    If row(0) = "local" Then rowPoint = point Else rowPoint = "."
     v = Cell(row(2))
     If (row(0) <> "any" And row(0) <> "local" And row(0) <> setting) Or IsNull(v) And Left(row(2), 1) = """" Or _
        Left(row(1), 7) = "Round -" Then
