@@ -31,7 +31,7 @@ double radix_value(uint64_t bits) { return static_cast<int32_t>(static_cast<uint
 NumberText number_text(const std::u16string& text, const Locale& locale) {
     auto n = parse_number(text, locale);
     if (!n) raise(StdError::TypeMismatch);
-    return *n;
+    return std::move(*n);
 }
 
 // The value of a number-like variant (not Null, objects or arrays) as a double.

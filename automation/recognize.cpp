@@ -1,5 +1,6 @@
 #include "automation/recognize.hpp"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -35,9 +36,20 @@ int hex_value(char16_t c) {
 double NumberText::to_double() const {
     if (radix) return static_cast<double>(bits);
     if (digits.empty()) return negative ? -0.0 : 0.0;
-    std::string s = digits + "e" + std::to_string(exponent);
+    // "<digits>e<exponent>", on the stack unless the digits are many.
+    char stack[64];
+    std::string heap;
+    const size_t size = digits.size() + 16;
+    char* text = stack;
+    if (size > sizeof stack) {
+        heap.resize(size);
+        text = heap.data();
+    }
+    char* end = std::copy(digits.begin(), digits.end(), text);
+    *end++ = 'e';
+    end = std::to_chars(end, text + size, exponent).ptr;
     double value = 0;
-    auto [ptr, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
+    auto [ptr, ec] = std::from_chars(text, end, value);
     if (ec == std::errc::result_out_of_range) {
         // Underflow reads as zero, overflow as infinity, which callers refuse.
         value = exponent < 0 ? 0.0 : HUGE_VAL;
@@ -48,31 +60,21 @@ double NumberText::to_double() const {
 std::optional<Currency> NumberText::to_currency() const {
     if (radix) return Currency{static_cast<int64_t>(bits) * Currency::kScale};
     if (digits.empty()) return Currency{0};
-    // value x 10^4 = digits x 10^(exponent + 4); split into an integer and the dropped tail.
-    const int shift = exponent + 4;
-    std::string whole = digits;
-    std::string dropped;
-    if (shift >= 0) {
-        whole.append(static_cast<size_t>(shift), '0');
-    } else {
-        size_t cut = static_cast<size_t>(-shift);
-        if (cut >= whole.size()) {
-            dropped = std::string(cut - whole.size(), '0') + whole;
-            whole.clear();
-        } else {
-            dropped = whole.substr(whole.size() - cut);
-            whole.resize(whole.size() - cut);
-        }
-    }
+    // value x 10^4 = digits x 10^(exponent + 4): its first `whole` digits (with zeros after the
+    // written ones) are the integer, the rest are dropped.
+    const int64_t whole = static_cast<int64_t>(digits.size()) + exponent + 4;
     // Nineteen digits always fit in 64 unsigned bits; the sign's range is checked after.
-    if (whole.size() > 19) return std::nullopt;
+    if (whole > 19) return std::nullopt;
     uint64_t magnitude = 0;
-    for (char c : whole) magnitude = magnitude * 10 + static_cast<unsigned>(c - '0');
-    if (!dropped.empty()) {
-        // Half to even on the first dropped digit and whether anything follows it.
-        bool above_half = dropped[0] > '5' ||
-                          (dropped[0] == '5' && dropped.find_first_not_of('0', 1) != std::string::npos);
-        bool exactly_half = dropped[0] == '5' && !above_half;
+    for (int64_t k = 0; k < whole; ++k)
+        magnitude = magnitude * 10 + (k < static_cast<int64_t>(digits.size()) ? static_cast<unsigned>(digits[static_cast<size_t>(k)] - '0') : 0u);
+    if (whole >= 0 && whole < static_cast<int64_t>(digits.size())) {
+        // Half to even on the first dropped digit and whether anything follows it. Below the
+        // first written digit, all that is dropped is below half.
+        const size_t first = static_cast<size_t>(whole);
+        const bool above_half = digits[first] > '5' ||
+                                (digits[first] == '5' && digits.find_first_not_of('0', first + 1) != std::string::npos);
+        const bool exactly_half = digits[first] == '5' && !above_half;
         if (above_half || (exactly_half && (magnitude & 1))) ++magnitude;
     }
     const uint64_t limit = negative ? uint64_t{1} << 63 : (uint64_t{1} << 63) - 1;
