@@ -31,7 +31,7 @@ double radix_value(uint64_t bits) { return static_cast<int32_t>(static_cast<uint
 NumberText number_text(const std::u16string& text, const Locale& locale) {
     auto n = parse_number(text, locale);
     if (!n) raise(StdError::TypeMismatch);
-    return *n;
+    return std::move(*n);
 }
 
 // The value of a number-like variant (not Null, objects or arrays) as a double.
@@ -108,14 +108,12 @@ bool bool_of(const Variant& v, const Locale& locale) {
     switch (v.type()) {
     case VarType::Boolean: return v.as_bool();
     case VarType::String: {
+        // The literals #TRUE# and #FALSE# as written, the words in any case, or a number,
+        // True unless it reads as zero (so "1E-400" is False, as its Double is 0).
         std::u16string_view t = trim(v.as_string());
-        if (equal_text(t, u"True") || equal_text(t, locale.true_name)) return true;
-        if (equal_text(t, u"False") || equal_text(t, locale.false_name)) return false;
-        auto n = parse_number(v.as_string(), locale);
-        if (!n) raise(StdError::TypeMismatch);
-        if (n->radix) return n->bits != 0;
-        if (!std::isfinite(n->to_double())) raise(StdError::Overflow);
-        return !n->digits.empty();
+        if (t == u"#TRUE#" || equal_text(t, u"True") || equal_text(t, locale.true_name)) return true;
+        if (t == u"#FALSE#" || equal_text(t, u"False") || equal_text(t, locale.false_name)) return false;
+        return double_of(v, locale) != 0;
     }
     case VarType::Currency: return v.as_currency().scaled != 0;
     default: return double_of(v, locale) != 0;
@@ -185,9 +183,10 @@ Variant convert(const Variant& v, VarType target, const Locale& locale, StdError
     case VarType::Integer: return Variant(narrow<int16_t>(integer_of(v, locale, 16)));
     case VarType::Long: return Variant(narrow<int32_t>(integer_of(v, locale, 32)));
     case VarType::Single: {
-        const double d = double_of(v, locale);
-        if (std::fabs(d) > FLT_MAX) raise(StdError::Overflow);
-        return Variant(static_cast<float>(d));
+        // The nearest Single decides: "3.4028235E38" is above FLT_MAX as a Double but rounds to it.
+        const float f = static_cast<float>(double_of(v, locale));
+        if (std::isinf(f)) raise(StdError::Overflow);
+        return Variant(f);
     }
     case VarType::Double: return Variant(double_of(v, locale));
     case VarType::Currency: return Variant(currency_of(v, locale));

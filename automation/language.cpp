@@ -39,7 +39,11 @@ double round_half_even(double scaled) {
 
 double round_double(double value, int32_t digits) {
     const double scale = std::pow(10.0, digits);
-    return round_half_even(value * scale) / scale;
+    const double scaled = value * scale;
+    // A value whose scaled form has no fraction left (or would overflow) keeps every digit it
+    // has: rounding never makes a finite value infinite.
+    if (!(std::fabs(scaled) < 0x1p52)) return value;
+    return round_half_even(scaled) / scale;
 }
 
 }  // namespace

@@ -86,6 +86,11 @@ Locale user_locale() {
     case 2: l.date_order = DateOrder::YearMonthDay; break;
     default: l.date_order = DateOrder::MonthDayYear; break;
     }
+    DWORD last_year = 0;
+    if (GetCalendarInfoW(LOCALE_USER_DEFAULT, CAL_GREGORIAN, CAL_ITWODIGITYEARMAX | CAL_RETURN_NUMBER, nullptr, 0,
+                         &last_year) &&
+        last_year >= 99 && last_year <= 9999)
+        l.two_digit_year_max = static_cast<int>(last_year);
     // A clock without AM and PM has none (the platform answers an empty text).
     l.am = locale_text(LOCALE_S1159, u"");
     l.pm = locale_text(LOCALE_S2359, u"");

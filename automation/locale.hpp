@@ -19,6 +19,9 @@ struct Locale {
     int currency_negative_format = 0;
     int currency_digits = 2;
     DateOrder date_order = DateOrder::MonthDayYear;
+    // The last year a two-digit year stands for: 30 is 2030 and 50 is 1950 with 2049, the
+    // platform's default.
+    int two_digit_year_max = 2049;
     std::u16string date_separator = u"/";
     std::u16string time_separator = u":";
     std::u16string short_date = u"M/d/yyyy";

@@ -1,5 +1,6 @@
 #include "automation/recognize.hpp"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -35,9 +36,20 @@ int hex_value(char16_t c) {
 double NumberText::to_double() const {
     if (radix) return static_cast<double>(bits);
     if (digits.empty()) return negative ? -0.0 : 0.0;
-    std::string s = digits + "e" + std::to_string(exponent);
+    // "<digits>e<exponent>", on the stack unless the digits are many.
+    char stack[64];
+    std::string heap;
+    const size_t size = digits.size() + 16;
+    char* text = stack;
+    if (size > sizeof stack) {
+        heap.resize(size);
+        text = heap.data();
+    }
+    char* end = std::copy(digits.begin(), digits.end(), text);
+    *end++ = 'e';
+    end = std::to_chars(end, text + size, exponent).ptr;
     double value = 0;
-    auto [ptr, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
+    auto [ptr, ec] = std::from_chars(text, end, value);
     if (ec == std::errc::result_out_of_range) {
         // Underflow reads as zero, overflow as infinity, which callers refuse.
         value = exponent < 0 ? 0.0 : HUGE_VAL;
@@ -48,31 +60,21 @@ double NumberText::to_double() const {
 std::optional<Currency> NumberText::to_currency() const {
     if (radix) return Currency{static_cast<int64_t>(bits) * Currency::kScale};
     if (digits.empty()) return Currency{0};
-    // value x 10^4 = digits x 10^(exponent + 4); split into an integer and the dropped tail.
-    const int shift = exponent + 4;
-    std::string whole = digits;
-    std::string dropped;
-    if (shift >= 0) {
-        whole.append(static_cast<size_t>(shift), '0');
-    } else {
-        size_t cut = static_cast<size_t>(-shift);
-        if (cut >= whole.size()) {
-            dropped = std::string(cut - whole.size(), '0') + whole;
-            whole.clear();
-        } else {
-            dropped = whole.substr(whole.size() - cut);
-            whole.resize(whole.size() - cut);
-        }
-    }
+    // value x 10^4 = digits x 10^(exponent + 4): its first `whole` digits (with zeros after the
+    // written ones) are the integer, the rest are dropped.
+    const int64_t whole = static_cast<int64_t>(digits.size()) + exponent + 4;
     // Nineteen digits always fit in 64 unsigned bits; the sign's range is checked after.
-    if (whole.size() > 19) return std::nullopt;
+    if (whole > 19) return std::nullopt;
     uint64_t magnitude = 0;
-    for (char c : whole) magnitude = magnitude * 10 + static_cast<unsigned>(c - '0');
-    if (!dropped.empty()) {
-        // Half to even on the first dropped digit and whether anything follows it.
-        bool above_half = dropped[0] > '5' ||
-                          (dropped[0] == '5' && dropped.find_first_not_of('0', 1) != std::string::npos);
-        bool exactly_half = dropped[0] == '5' && !above_half;
+    for (int64_t k = 0; k < whole; ++k)
+        magnitude = magnitude * 10 + (k < static_cast<int64_t>(digits.size()) ? static_cast<unsigned>(digits[static_cast<size_t>(k)] - '0') : 0u);
+    if (whole >= 0 && whole < static_cast<int64_t>(digits.size())) {
+        // Half to even on the first dropped digit and whether anything follows it. Below the
+        // first written digit, all that is dropped is below half.
+        const size_t first = static_cast<size_t>(whole);
+        const bool above_half = digits[first] > '5' ||
+                                (digits[first] == '5' && digits.find_first_not_of('0', first + 1) != std::string::npos);
+        const bool exactly_half = digits[first] == '5' && !above_half;
         if (above_half || (exactly_half && (magnitude & 1))) ++magnitude;
     }
     const uint64_t limit = negative ? uint64_t{1} << 63 : (uint64_t{1} << 63) - 1;
@@ -90,7 +92,8 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
     };
     bool sign_seen = false, paren = false, currency_seen = false;
     // The sign, parenthesis and currency symbol a number may carry before its digits or
-    // after them, once each; a closing parenthesis makes it negative and counts as its sign.
+    // after them, once each (the symbol may repeat after them: "$11$$"); a closing
+    // parenthesis makes it negative and counts as its sign.
     auto read_affixes = [&](bool after) {
         skip_blanks();
         for (;;) {
@@ -107,7 +110,7 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
                 ++i;
                 if (sign_seen) return false;
                 sign_seen = true;
-            } else if (!currency_seen && starts_with(text, i, locale.currency)) {
+            } else if ((after || !currency_seen) && starts_with(text, i, locale.currency)) {
                 currency_seen = true;
                 i += locale.currency.size();
             } else {
@@ -119,7 +122,7 @@ std::optional<NumberText> parse_number(std::u16string_view text, const Locale& l
 
     read_affixes(false);
 
-    if (i + 1 < end && text[i] == u'&' && !sign_seen && !paren) {
+    if (i + 1 < end && text[i] == u'&' && !sign_seen && !paren && !currency_seen) {
         const char16_t kind = text[i + 1];
         const int base = (kind == u'H' || kind == u'h') ? 16 : (kind == u'O' || kind == u'o') ? 8 : 0;
         if (!base) return std::nullopt;
@@ -232,36 +235,37 @@ int days_in_month(int y, int m) {
 // Dates without a year fall in the clock's year, pinned or not.
 int current_year() { return split_date(now()).year; }
 
-// Two-digit years, as the platform's default window reads them (up to 2029).
-int expand_year(int value, size_t written_digits) {
-    if (written_digits <= 2) return value < 30 ? 2000 + value : 1900 + value;
-    return value;
+// A year written with one or two digits falls in the hundred years that end with the
+// settings' last two-digit year (2049 unless the user chose otherwise).
+int expand_year(int value, size_t written_digits, const Locale& locale) {
+    if (written_digits > 2) return value;
+    const int last = locale.two_digit_year_max;
+    const int year = last - last % 100 + value;
+    return year > last ? year - 100 : year;
 }
 
 struct Token {
     enum Kind { Number, Month, Meridiem, TimeSep, DateSep, Other } kind;
-    int value = 0;       // number value, month 1-12, or 0/12 for AM/PM
+    int value = 0;       // number value, month 1-12, 0/12 for AM/PM, or a separator's character
     size_t length = 0;   // digits written
 };
 
 const std::array<std::u16string_view, 12> kEnglishMonths{
     u"january", u"february", u"march",     u"april",   u"may",      u"june",
     u"july",    u"august",   u"september", u"october", u"november", u"december"};
-const std::array<std::u16string_view, 12> kSpanishMonths{
-    u"enero", u"febrero", u"marzo",      u"abril",   u"mayo",      u"junio",
-    u"julio", u"agosto",  u"septiembre", u"octubre", u"noviembre", u"diciembre"};
-const std::array<std::u16string_view, 14> kEnglishAndSpanishDays{
-    u"sunday", u"monday", u"tuesday", u"wednesday", u"thursday", u"friday", u"saturday",
-    u"domingo", u"lunes", u"martes", u"miércoles", u"jueves", u"viernes", u"sábado"};
+const std::array<std::u16string_view, 7> kEnglishDays{u"sunday",   u"monday", u"tuesday", u"wednesday",
+                                                      u"thursday", u"friday", u"saturday"};
 
 // A word that names `name`: the whole of it, or its first three letters or more.
 bool abbreviates(std::u16string_view word, std::u16string_view name) {
     return word.size() >= 3 && word.size() <= name.size() && name.substr(0, word.size()) == word;
 }
 
+// Names are read in English and in the settings' language, as the platform reads the words
+// for True and False; another language's names are text.
 int month_of(std::u16string_view word, const Locale& locale) {
     for (int m = 0; m < 12; ++m) {
-        if (abbreviates(word, kEnglishMonths[m]) || abbreviates(word, kSpanishMonths[m]) ||
+        if (abbreviates(word, kEnglishMonths[m]) ||
             abbreviates(word, lower_case(locale.month_names[m])) ||
             word == lower_case(locale.month_abbreviations[m]))
             return m + 1;
@@ -271,7 +275,7 @@ int month_of(std::u16string_view word, const Locale& locale) {
 }
 
 bool is_day_name(std::u16string_view word, const Locale& locale) {
-    for (auto d : kEnglishAndSpanishDays) {
+    for (auto d : kEnglishDays) {
         if (abbreviates(word, d)) return true;
     }
     for (int d = 0; d < 7; ++d) {
@@ -299,7 +303,7 @@ int meridiem_of(std::u16string_view word, const Locale& locale) {
 }
 
 bool is_letter(char16_t c) {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c != 0xD7 && c != 0xF7);
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c != 0xD7 && c != 0xF7 && c != 0x3000);
 }
 
 std::optional<std::vector<Token>> tokenize(std::u16string_view text, const Locale& locale) {
@@ -340,13 +344,15 @@ std::optional<std::vector<Token>> tokenize(std::u16string_view text, const Local
             } else {
                 return std::nullopt;
             }
-        } else if (c == u':' || starts_with(text, i, locale.time_separator)) {
-            tokens.push_back({Token::TimeSep, 0, 0});
-            i += c == u':' ? 1 : locale.time_separator.size();
+        } else if (c == u':' || starts_with(text, i, locale.time_separator) ||
+                   (c == u'.' && locale.date_separator != u".")) {
+            // Where points do not separate dates, they separate a time's parts ("9.30").
+            tokens.push_back({Token::TimeSep, c, 0});
+            i += c == u':' || c == u'.' ? 1 : locale.time_separator.size();
         } else if (c == u'/' || c == u'-' || c == u'.' || starts_with(text, i, locale.date_separator)) {
             tokens.push_back({Token::DateSep, c, 0});
             i += (c == u'/' || c == u'-' || c == u'.') ? 1 : locale.date_separator.size();
-        } else if (c == u',' || is_blank_char(c)) {
+        } else if (c == u',' || is_blank_char(c) || c == 0x3000) {
             tokens.push_back({Token::Other, 0, 0});
             ++i;
         } else {
@@ -363,26 +369,6 @@ std::optional<std::vector<Token>> tokenize(std::u16string_view text, const Local
     return tokens;
 }
 
-// Where the locale does not separate dates with points, numbers joined by points are a time
-// ("9.30", "9.30.15") unless one of them is a year.
-void read_points_as_time(std::vector<Token>& tokens, const Locale& locale) {
-    if (locale.date_separator == u".") return;
-    for (size_t i = 0; i + 2 < tokens.size(); ++i) {
-        if (tokens[i].kind != Token::Number) continue;
-        size_t j = i;
-        bool small = tokens[i].length <= 2;
-        while (j + 2 < tokens.size() && tokens[j + 1].kind == Token::DateSep && tokens[j + 1].value == '.' &&
-               tokens[j + 2].kind == Token::Number) {
-            small = small && tokens[j + 2].length <= 2;
-            j += 2;
-        }
-        if (j > i && j - i <= 4 && small) {
-            for (size_t k = i + 1; k < j; k += 2) tokens[k].kind = Token::TimeSep;
-        }
-        i = j;
-    }
-}
-
 struct Ymd {
     int y, m, d;
 };
@@ -390,6 +376,36 @@ struct Ymd {
 bool valid(const Ymd& v) {
     return v.y >= 100 && v.y <= 9999 && v.m >= 1 && v.m <= 12 && v.d >= 1 &&
            v.d <= days_in_month(v.y, v.m);
+}
+
+// The date's numbers read in the first order that gives a real day: the settings' own order,
+// then year-month-day, then the other of month-day-year and day-month-year (so "14 2 3" is
+// 2014-02-03 in English-US and 2003-02-14 in Spanish), with year-day-month last. Two numbers
+// are a month and day of this year, in the settings' order first, or else a month and a year.
+std::optional<Ymd> read_numbers(const std::vector<Token>& n, const Locale& locale) {
+    auto year = [&](const Token& t) { return expand_year(t.value, t.length, locale); };
+    std::vector<Ymd> tries;
+    if (n.size() == 3) {
+        const Ymd mdy{year(n[2]), n[0].value, n[1].value}, dmy{year(n[2]), n[1].value, n[0].value};
+        const Ymd ymd{year(n[0]), n[1].value, n[2].value}, ydm{year(n[0]), n[2].value, n[1].value};
+        switch (locale.date_order) {
+        case DateOrder::MonthDayYear: tries = {mdy, ymd, dmy, ydm}; break;
+        case DateOrder::DayMonthYear: tries = {dmy, ymd, mdy, ydm}; break;
+        case DateOrder::YearMonthDay: tries = {ymd, mdy, dmy, ydm}; break;
+        }
+    } else if (n.size() == 2) {
+        const int this_year = current_year();
+        const Ymd md{this_year, n[0].value, n[1].value}, dm{this_year, n[1].value, n[0].value};
+        if (locale.date_order == DateOrder::DayMonthYear) tries = {dm, md};
+        else tries = {md, dm};
+        // A year of three digits reads as no year at all ("1,234" is no date).
+        if (n[1].length != 3) tries.push_back({year(n[1]), n[0].value, 1});
+        if (n[0].length != 3) tries.push_back({year(n[0]), n[1].value, 1});
+    }
+    for (const Ymd& t : tries) {
+        if (valid(t)) return t;
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -426,138 +442,83 @@ DateParts split_date(Date value) {
 std::optional<Date> parse_date(std::u16string_view text, const Locale& locale) {
     auto tokens = tokenize(text, locale);
     if (!tokens) return std::nullopt;
-    read_points_as_time(*tokens, locale);
+    const std::vector<Token>& t = *tokens;
 
-    // The time: numbers joined by time separators, with a meridiem anywhere after them, or
-    // a lone number followed by a meridiem ("9 PM").
+    // The time: up to three numbers joined by time separators, or one number, and a meridiem
+    // right after it. There is one at most, before or after the whole date, never inside it.
     int hour = 0, minute = 0, second = 0, meridiem = -1;
-    bool has_time = false;
-    std::vector<Token> date_tokens;
-    const auto& t = *tokens;
-    for (size_t i = 0; i < t.size(); ++i) {
-        if (t[i].kind == Token::Number && i + 2 < t.size() && t[i + 1].kind == Token::TimeSep &&
-            t[i + 2].kind == Token::Number) {
-            if (has_time) return std::nullopt;
-            has_time = true;
-            hour = t[i].value;
-            minute = t[i + 2].value;
-            i += 2;
-            if (i + 2 < t.size() && t[i + 1].kind == Token::TimeSep && t[i + 2].kind == Token::Number) {
-                second = t[i + 2].value;
-                i += 2;
-            }
-        } else if (t[i].kind == Token::Number && !has_time) {
-            size_t j = i + 1;
-            while (j < t.size() && t[j].kind == Token::Other) ++j;
-            if (j < t.size() && t[j].kind == Token::Meridiem) {
-                has_time = true;
-                hour = t[i].value;
-                meridiem = t[j].value;
-                i = j;
-                continue;
-            }
-            date_tokens.push_back(t[i]);
-        } else if (t[i].kind == Token::Meridiem) {
-            if (!has_time || meridiem >= 0) return std::nullopt;
-            meridiem = t[i].value;
-        } else if (t[i].kind == Token::TimeSep) {
-            return std::nullopt;
-        } else if (t[i].kind != Token::Other) {
-            date_tokens.push_back(t[i]);
-        }
-    }
-    if (has_time) {
-        if (meridiem >= 0) {
-            if (hour < 1 || hour > 12) return std::nullopt;
-            hour = hour % 12 + meridiem;
-        }
-        if (hour > 23 || minute > 59 || second > 59) return std::nullopt;
-    }
-
+    bool has_time = false, dotted = true;
+    size_t date_parts_before_time = 0;
     std::vector<Token> numbers;
     int month_word = 0;
-    bool month_first = false;
-    for (const Token& tok : date_tokens) {
-        if (tok.kind == Token::Number) {
-            numbers.push_back(tok);
-        } else if (tok.kind == Token::Month) {
+    auto date_parts = [&] { return numbers.size() + (month_word ? 1 : 0); };
+    for (size_t i = 0; i < t.size(); ++i) {
+        if (t[i].kind == Token::Month) {
             if (month_word) return std::nullopt;
-            month_word = tok.value;
-            month_first = numbers.empty();
+            month_word = t[i].value;
+            continue;
         }
+        if (t[i].kind == Token::Meridiem || t[i].kind == Token::TimeSep) return std::nullopt;
+        if (t[i].kind != Token::Number) continue;  // separators between the date's parts
+        std::array<int, 3> parts{t[i].value, 0, 0};
+        size_t count = 1, end = i;
+        bool two_digits = t[i].length <= 2;
+        for (; end + 2 < t.size() && t[end + 1].kind == Token::TimeSep && t[end + 2].kind == Token::Number; end += 2) {
+            if (count == parts.size()) return std::nullopt;
+            dotted = dotted && t[end + 1].value == u'.';
+            two_digits = two_digits && t[end + 2].length <= 2;
+            parts[count++] = t[end + 2].value;
+        }
+        size_t after = end + 1;
+        while (after < t.size() && t[after].kind == Token::Other) ++after;
+        const bool has_meridiem = after < t.size() && t[after].kind == Token::Meridiem;
+        if (count == 1 && !has_meridiem) {
+            numbers.push_back(t[i]);
+            continue;
+        }
+        if (has_time || !two_digits) return std::nullopt;
+        has_time = true;
+        date_parts_before_time = date_parts();
+        hour = parts[0];
+        minute = parts[1];
+        second = parts[2];
+        if (has_meridiem) {
+            meridiem = t[after].value;
+            dotted = false;
+            end = after;
+        }
+        i = end;
+    }
+    if (has_time) {
+        if (date_parts_before_time != 0 && date_parts_before_time != date_parts()) return std::nullopt;
+        // AM and PM apply to hours up to 12: "0:30 PM" is 12:30, "13:30 AM" stays 13:30.
+        if (meridiem >= 0 && hour <= 12) hour = hour % 12 + meridiem;
+        if (hour > 23 || minute > 59 || second > 59) return std::nullopt;
+        // Points alone that give no time at all are the number zero ("0.0"), not a time.
+        if (dotted && hour + minute + second == 0 && date_parts() == 0) return std::nullopt;
     }
 
     auto year_like = [](const Token& n) { return n.length >= 3 || n.value > 31; };
     std::optional<Ymd> ymd;
     if (month_word) {
+        // With a month's name the number is the day, unless it cannot be one ("Jan 35" is 2035).
         if (numbers.size() == 2) {
             const Token& a = numbers[0];
             const Token& b = numbers[1];
-            if (year_like(a) && !year_like(b)) ymd = Ymd{expand_year(a.value, a.length), month_word, b.value};
-            else ymd = Ymd{expand_year(b.value, b.length), month_word, a.value};
-            (void)month_first;
+            if (year_like(a) && !year_like(b)) ymd = Ymd{expand_year(a.value, a.length, locale), month_word, b.value};
+            else ymd = Ymd{expand_year(b.value, b.length, locale), month_word, a.value};
         } else if (numbers.size() == 1) {
             const Token& a = numbers[0];
-            if (year_like(a)) ymd = Ymd{expand_year(a.value, a.length), month_word, 1};
+            if (year_like(a)) ymd = Ymd{expand_year(a.value, a.length, locale), month_word, 1};
             else ymd = Ymd{current_year(), month_word, a.value};
         } else {
             return std::nullopt;
         }
         if (!valid(*ymd)) return std::nullopt;
-    } else if (numbers.size() == 3) {
-        const Token& a = numbers[0];
-        const Token& b = numbers[1];
-        const Token& c = numbers[2];
-        std::vector<Ymd> candidates;
-        if (year_like(a)) {
-            candidates.push_back({expand_year(a.value, a.length), b.value, c.value});
-            candidates.push_back({expand_year(a.value, a.length), c.value, b.value});
-        } else {
-            const int year = expand_year(c.value, c.length);
-            switch (locale.date_order) {
-            case DateOrder::DayMonthYear:
-                candidates.push_back({year, b.value, a.value});
-                candidates.push_back({year, a.value, b.value});
-                break;
-            case DateOrder::YearMonthDay:
-                candidates.push_back({expand_year(a.value, a.length), b.value, c.value});
-                [[fallthrough]];
-            case DateOrder::MonthDayYear:
-                candidates.push_back({year, a.value, b.value});
-                candidates.push_back({year, b.value, a.value});
-                break;
-            }
-        }
-        for (const Ymd& c2 : candidates) {
-            if (valid(c2)) {
-                ymd = c2;
-                break;
-            }
-        }
+    } else if (!numbers.empty()) {
+        ymd = read_numbers(numbers, locale);
         if (!ymd) return std::nullopt;
-    } else if (numbers.size() == 2) {
-        const Token& a = numbers[0];
-        const Token& b = numbers[1];
-        std::vector<Ymd> candidates;
-        // A month and a year alone need the year written in full ("10/2021", "2021-10").
-        if (a.length == 4) candidates.push_back({a.value, b.value, 1});
-        else if (b.length == 4) candidates.push_back({b.value, a.value, 1});
-        else if (year_like(a) || year_like(b)) return std::nullopt;
-        else if (locale.date_order == DateOrder::DayMonthYear) {
-            candidates.push_back({current_year(), b.value, a.value});
-            candidates.push_back({current_year(), a.value, b.value});
-        } else {
-            candidates.push_back({current_year(), a.value, b.value});
-            candidates.push_back({current_year(), b.value, a.value});
-        }
-        for (const Ymd& c2 : candidates) {
-            if (valid(c2)) {
-                ymd = c2;
-                break;
-            }
-        }
-        if (!ymd) return std::nullopt;
-    } else if (!numbers.empty() || !has_time) {
+    } else if (!has_time) {
         return std::nullopt;
     }
 

@@ -47,7 +47,8 @@ Variant clsCeldo::Redondear(const Variant& Valor, int16_t Length) const {
     const Variant value = automation::value_of(Valor);
     if (value.is_null()) return value;
     const double scale = std::pow(10.0, -Length);
-    const double rounded = automation::to_double(automation::lang::Round(Variant(automation::to_double(value) / scale))) * scale;
+    double rounded = automation::to_double(automation::lang::Round(Variant(automation::to_double(value) / scale))) * scale;
+    if (!std::isfinite(rounded)) rounded = automation::to_double(value);  // a finite value stays finite
     const VarType keep = value.is_string() || value.is_empty() ? VarType::Double : value.type();
     return automation::change_type(Variant(rounded), keep);
 }

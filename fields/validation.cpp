@@ -61,8 +61,9 @@ bool clsCeldo::validate(Variant& w) const {
             if (is_boolean_word(w) || is_empty_text(w)) return true;
             const Variant number = w.type() == automation::VarType::Boolean ? Variant(automation::to_byte(w)) : w;
             if (!lang::IsNumeric(number)) return false;
-            const double d = automation::to_double(number);
-            return d >= 0 && d <= 255;
+            // The conversion decides, rounding first: "-0.5" is 0 and "255.5" overflows.
+            (void)automation::to_byte(number);
+            return true;
         }
         case Validation::Number:
         case Validation::PositiveInteger:

@@ -34,17 +34,9 @@ TEST(TextFunctions, PiecesAndPositions) {
     });
 }
 
-TEST(Round, TiesGoToTheEvenDigitAndTheSubtypeStays) {
-    check({
-        {Round(2.5), 2.0}, {Round(3.5), 4.0}, {Round(-2.5), -2.0}, {Round(0.125, 2), 0.12}, {Round(1.2345f, 2), 1.23f},
-        {Round(Currency{12345}, 2), Currency{12300}},
-        // 1.235 and 1.225 are ties: 1.24 and 1.22 are even.
-        {Round(Currency{12350}, 2), Currency{12400}}, {Round(Currency{12250}, 2), Currency{12200}},
-        {Round(int16_t{7}, 2), int16_t{7}}, {Round(u"2.5"), 2.0}, {Round(Null), Null},
-        // Int rounds down, Fix toward zero.
-        {Int(-2.5), -3.0}, {Fix(-2.5), -2.0}, {Int(Currency{-15000}), Currency{-20000}},
-        {Fix(Date{45429.75}), Date{45429}},
-    });
+// Round's ties, subtypes and text are rows of platform_record.tsv (record_test.cpp).
+TEST(IntAndFix, IntRoundsDownAndFixTowardZeroKeepingTheSubtype) {
+    check({{Int(-2.5), -3.0}, {Fix(-2.5), -2.0}, {Int(Currency{-15000}), Currency{-20000}}, {Fix(Date{45429.75}), Date{45429}}});
 }
 
 TEST(Val, ReadsTheLeadingNumber) {
@@ -65,6 +57,15 @@ TEST(TextFunctions, ArgumentsOutOfRangeAreErrors) {
         {[] { Val(u"1e400"); }, 6},  {[] { Val(Null); }, 94},
     };
     for (const auto& [body, number] : cases) EXPECT_EQ(error_of(body).number(), number);
+}
+
+TEST(DateParts, SplitRoundsToTheSecondAndCountsWeekdaysFromSunday) {
+    const DateParts p = split_date(*make_date(2024, 5, 17, 23, 59, 59));
+    EXPECT_EQ(std::vector<int>({p.year, p.month, p.day, p.weekday, p.day_of_year}), std::vector<int>({2024, 5, 17, 6, 138}));
+    const DateParts late = split_date(Date{make_date(2024, 5, 17)->serial + 0.9999999});
+    EXPECT_EQ(late.day * 100 + late.hour, 1800) << "a time a hair before midnight rounds into the next day";
+    const DateParts before = split_date(Date{-1.25});  // 1899-12-29 06:00
+    EXPECT_EQ(before.day * 100 + before.hour, 2906);
 }
 
 TEST(Clock, NowDateAndTimeFollowThePinnedClock) {

@@ -28,7 +28,7 @@ p.Tidy (s)
 CheckEqual s, "  kept  ", "parentheses pass a copy"
 q.Text = "old": Set v = q
 p.Renew v
-CheckEqual v.Text & " " & (v Is q), "renewed old False", "an object by reference is replaced"
+CheckEqual v.Text & " " & (v Is q), "renewed old " & False, "an object by reference is replaced"
 Set p.Partner = q
 Check p.Itself Is p And p.Partner Is q, "an object comes back as itself"
 

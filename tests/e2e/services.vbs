@@ -109,13 +109,14 @@ Set raw = New ListViewDouble
 Set params = Nothing
 rows = 0
 svc.ExecFillListView probe.Disguise(raw, "_ListView"), 0, "Select", exOpenStatic, 2, "!", params, rows, False, False
-CheckEqual da.Received & " as " & da.Types, "Select,5273,0,True,2,True,0 as 8,3,3,9,2,9,3", _
+' Booleans and numbers reach the doubles' texts in the settings' own words and decimal sign.
+CheckEqual da.Received & " as " & da.Types, "Select,5273,0," & True & ",2," & True & ",0 as 8,3,3,9,2,9,3", _
     "every argument, typed as the service declares them"
 Check params Is outParams And rows = 25, "the parameters and the row limit the host wrote come back to the caller"
 CheckEqual raw.ListItems.Listing & " under " & raw.ColumnHeaders.Listing, ":1|Ana| under Id:Id; Name:Name", _
     "the rows filled under the header the host wrote, whatever the status"
 svc.ExecFillListView probe.Disguise(New ListViewDouble, "_ListView"), 0, "Select", exOpenStatic
-CheckEqual da.Received, "Select,5273,0,True,0,True,0", "omitted arguments go as their defaults"
+CheckEqual da.Received, "Select,5273,0," & True & ",0," & True & ",0", "omitted arguments go as their defaults"
 Set raw = New ListViewDouble
 svc.ListViewColumnHeaders probe.Disguise(raw, "ListView"), "Uno,1000;Dos"
 svc.FillListView probe.Disguise(raw, "ListView"), 0, Matrix(2, Array(1, "a", 2, "b"))
@@ -126,7 +127,7 @@ raw.SortOrder = 0
 Set node = New ElementDouble
 node.Index = 3
 svc.ListViewColumnClick raw, node
-CheckEqual raw.SortOrder & raw.SortKey & raw.Sorted, "12True", "ListViewColumnClick sorts descending by the clicked column"
+CheckEqual raw.SortOrder & raw.SortKey & raw.Sorted, "12" & True, "ListViewColumnClick sorts descending by the clicked column"
 ' Without a connection nothing is fetched, so the grid is never reached (no native test of
 ' ExecFillGrid covers its own check).
 da.HayConexion = False
@@ -146,7 +147,8 @@ Set raw = New FlexGridDouble
 Set g = probe.Disguise(raw, "MSFlexGrid")
 svc.FillFlexGrid g, data, header
 CheckEqual raw.TextMatrix(1, 1) & ":" & raw.TextMatrix(1, 2) & ";" & raw.TextMatrix(2, 1) & ":" & raw.TextMatrix(2, 2) & _
-    " redrawn " & raw.Redraw, "2.50:x;1.00: redrawn True", "cells written through the grid's indexed Property Let"
+    " redrawn " & raw.Redraw, Replace("2.50:x;1.00:", ".", Mid(0.5, 2, 1)) & " redrawn " & True, _
+    "cells written through the grid's indexed Property Let"
 CheckEqual VarType(data(1, 1)) & "[" & data(1, 1) & "]", "8[]", "the Null is replaced in the caller's own array"
 ' On the filled grid (3 rows): Index written back, and passed on as omitted when left out.
 idx = -1
@@ -172,7 +174,7 @@ On Error Resume Next
 svc.FillFlexGrid probe.Disguise(raw, "MSFlexGrid"), data, header
 CheckError 0, "", "", "FillFlexGrid does not pass on the grid's error"
 On Error GoTo 0
-CheckEqual raw.Writes & "," & raw.Redraw, "1,False", "the fill stops there, Redraw still off"
+CheckEqual raw.Writes & "," & raw.Redraw, "1," & False, "the fill stops there, Redraw still off"
 
 ' ---- Trees -------------------------------------------------------------------------------------
 

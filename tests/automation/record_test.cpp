@@ -1,0 +1,133 @@
+// The platform's recorded conversions (platform_record.tsv, built into the test): every row in
+// the settings it names, through the coercion to its subtype or Round, with IsNumeric and
+// IsDate answering as the Double and Date conversions do.
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "automation/clock.hpp"
+#include "automation/convert.hpp"
+#include "automation/language.hpp"
+#include "automation/recognize.hpp"
+#include "tests/support/test_support.hpp"
+
+namespace celdo::automation {
+namespace {
+
+constexpr std::string_view kRecord =
+#include "platform_record.inc"
+    ;
+constexpr int kThisYear = 2026;
+
+template <class T = double>
+T number(std::string_view text) {
+    T value{};
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+// "text" with C escapes and \uXXXX; each "." becomes `point` in the rows that ask for it.
+std::u16string text_of(std::string_view quoted, std::u16string_view point) {
+    std::u16string out;
+    for (size_t i = 1; i + 1 < quoted.size(); ++i) {
+        const char c = quoted[i];
+        if (c == '.') out += point;
+        else if (c != '\\') out.push_back(static_cast<unsigned char>(c));
+        else if (quoted[++i] == 'u') out.push_back(static_cast<char16_t>(std::stoi(std::string(quoted.substr(i + 1, 4)), nullptr, 16))), i += 4;
+        else out.push_back(u"\f\n\r\t\v"[std::string_view("fnrtv").find(quoted[i])]);
+    }
+    return out;
+}
+
+// A quoted text, Empty, Null, or "Type value"; dates as yyyy-mm-dd, *-mm-dd (this year),
+// hh:mm:ss (day zero), a date and a time, or a serial.
+Variant cell(std::string_view text, std::u16string_view point) {
+    if (text.front() == '"') return Variant(text_of(text, point));
+    if (text == "Empty" || text == "Null") return text == "Null" ? Variant::null() : Variant();
+    const std::string_view type = text.substr(0, text.find(' ')), value = text.substr(type.size() + 1);
+    if (type == "Boolean") return Variant(value == "True");
+    if (type == "Byte") return Variant(static_cast<uint8_t>(number(value)));
+    if (type == "Integer") return Variant(static_cast<int16_t>(number(value)));
+    if (type == "Long") return Variant(static_cast<int32_t>(number(value)));
+    if (type == "Double") return Variant(number(value));
+    if (type == "Single") return Variant(number<float>(value));
+    if (type == "Currency") {  // exactly: the whole part and four decimals as the scaled integer
+        const size_t dot = std::min(value.find('.'), value.size());
+        const std::string decimals = std::string(value.substr(std::min(dot + 1, value.size()))) + "0000";
+        return Variant(Currency{std::stoll(std::string(value.substr(0, dot)) + decimals.substr(0, 4))});
+    }
+    if (value[0] != '*' && value.find(':') == std::string_view::npos && (value.size() < 5 || value[4] != '-'))
+        return Variant(Date{number(value)});
+    std::string when(value[0] == '*' ? std::to_string(kThisYear) + std::string(value.substr(1)) : value);
+    int y = 1899, m = 12, d = 30, h = 0, n = 0, s = 0;
+    if (when[2] == ':') std::sscanf(when.c_str(), "%d:%d:%d", &h, &n, &s);
+    else std::sscanf(when.c_str(), "%d-%d-%d %d:%d:%d", &y, &m, &d, &h, &n, &s);
+    return Variant(*make_date(y, m, d, h, n, s));
+}
+
+bool same(const Variant& got, const Variant& want) {
+    if (got.type() != want.type()) return false;
+    if (want.type() == VarType::Double)
+        return std::fabs(got.as_double() - want.as_double()) <= 1e-14 * std::fabs(want.as_double());
+    if (want.type() == VarType::Date) return std::fabs(got.as_date().serial - want.as_date().serial) < 1e-9;
+    return got == want;
+}
+
+Variant convert(std::string_view conversion, const Variant& input, const Locale& locale) {
+    if (conversion.starts_with("Round ")) return lang::Round(input, number<int>(conversion.substr(6)));
+    const std::pair<std::string_view, VarType> types[] = {
+        {"Byte", VarType::Byte},     {"Integer", VarType::Integer}, {"Long", VarType::Long},
+        {"Single", VarType::Single}, {"Double", VarType::Double},   {"Currency", VarType::Currency},
+        {"Boolean", VarType::Boolean}, {"Date", VarType::Date}};
+    for (const auto& [name, type] : types) {
+        if (name == conversion) return change_type(input, type, locale);
+    }
+    ADD_FAILURE() << "no conversion " << conversion;
+    return {};
+}
+
+TEST(PlatformRecord, EveryRowAgreesInItsSettings) {
+    ClockScope this_year(*make_date(kThisYear, 11, 22));
+    // The record's German rows need only its separators and order: Spanish, with points in dates.
+    const std::pair<std::string_view, Locale> settings[] = {{"en-US", Locale::english_united_states()},
+        {"es-ES", Locale::spanish_spain()}, {"de-DE", [] { Locale l = Locale::spanish_spain(); l.date_separator = u"."; return l; }()}};
+    int line_number = 0, runs = 0;
+    for (std::string_view rest = kRecord; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(rest.size(), line.size() + 1));
+        ++line_number;
+        if (line.empty() || line[0] == '#' || line.starts_with("settings")) continue;
+        std::vector<std::string_view> row;
+        for (size_t start = 0, tab = 0; tab != std::string_view::npos; start = tab + 1)
+            row.push_back(line.substr(start, (tab = line.find('\t', start)) - start));
+        ASSERT_GE(row.size(), 4u) << "line " << line_number;
+        for (const auto& [name, locale] : settings) {
+            if (row[0] != name && !((row[0] == "any" || row[0] == "local") && name != "de-DE")) continue;
+            LocaleScope scope(locale);
+            const std::u16string_view point = row[0] == "local" ? std::u16string_view(locale.decimal) : u".";
+            const Variant input = cell(row[2], point);
+            Variant got;
+            int error = 0;
+            try {
+                got = convert(row[1], input, locale);
+            } catch (const AutomationError& e) {
+                error = e.number();
+            }
+            const bool refused = row[3].starts_with("error ");
+            const std::string where = "line " + std::to_string(line_number) + " in " + std::string(name);
+            if (refused) EXPECT_EQ(error, number<int>(row[3].substr(6))) << where << " gave " << debug_string(got);
+            else EXPECT_TRUE(!error && same(got, cell(row[3], point))) << where << " gave " << (error ? "error " + std::to_string(error) : debug_string(got));
+            const bool recognised = row[1] == "Double" ? is_numeric(input, locale) : row[1] == "Date" ? is_date(input, locale) : !refused;
+            EXPECT_TRUE(!input.is_string() || recognised == !refused) << "IsNumeric or IsDate, " << where;
+            ++runs;
+        }
+    }
+    EXPECT_GT(runs, 1000);
+}
+
+}  // namespace
+}  // namespace celdo::automation
