@@ -29,7 +29,7 @@ s = ""
 For Each x In reg
     s = s & (x Is row) & (x(1) Is f) & ";"
 Next
-CheckEqual s, "TrueTrue;FalseFalse;", "For Each over the records: the row itself, then a copy of its own"
+CheckEqual s, True & True & ";" & False & False & ";", "For Each over the records: the row itself, then a copy of its own"
 
 f.Value = "Peña & Güemes " & String(40000, "x")
 CheckEqual Left(row.XML("ISO-8859-1"), 29), "<Nombre>Pe&ntilde;a &amp; G" & Chr(195) & Chr(188), _

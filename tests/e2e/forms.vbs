@@ -49,7 +49,7 @@ Set raw = New ListDouble
 svc.FillListDB probe.Disguise(raw, "ComboBox"), Matrix(3, Array(7, "Ana", "Gómez"))
 CheckEqual raw.Listing, "Ana~Gómez/7", "a script's row: its text joined by tabs, its identifier in ItemData"
 svc.ExecFillListDB probe.Disguise(raw, "ComboBox"), "  select Id, Nombre From Ciudades"
-CheckEqual raw.Listing & " after " & da.Received, "Rosario/10; Mendoza/20 after   select Id, Nombre From Ciudades,5273,0,False,Missing,Missing,Missing", _
+CheckEqual raw.Listing & " after " & da.Received, "Rosario/10; Mendoza/20 after   select Id, Nombre From Ciudades,5273,0," & False & ",Missing,Missing,Missing", _
     "ExecFillListDB runs its query in the short form"
 svc.FindItemData 20, raw
 i = raw.ListIndex

@@ -30,7 +30,7 @@ CheckEqual text, "1:uno;2:;", "For Each walks the pages in order"
 Set pages.Control = header
 Check pages.Control Is header, "the control shown"
 ' Their Requery goes unheard here: what they answer, and a new filter starting over.
-CheckEqual pages.Avanzar() & "," & pages.Retroceder(), "True,True", "Avanzar and Retroceder ask for a page"
+CheckEqual pages.Avanzar() & "," & pages.Retroceder(), True & "," & True, "Avanzar and Retroceder ask for a page"
 pages.Remove "uno"
 CheckEqual pages.Count & " " & pages(1).Index, "1 1", "Remove forgets a page, the others move up"
 pages.Clear
