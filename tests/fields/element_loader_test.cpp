@@ -37,61 +37,36 @@ Ref<clsCeldo> load(std::u16string text, std::u16string encode = u"") {
 
 std::u16string value_of(const clsCeldo& f) { return automation::to_string(f.get_OriginalValue()); }
 
-TEST(LoadElement, ReadsALeafWithItsAttributesAndTakesTheLineEndAfterIt) {
-    int32_t position = 0;
-    const std::u16string text = u"<Codigo tipo=\"a&frasl;b\" n='2'>12 &amp; 1&#46;5</Codigo>\r\n<Otro/>";
-    auto f = load(text, position);
-    auto attributes = f->get_Attributes();
-    ASSERT_EQ(attributes->size(), 2u);
-    EXPECT_EQ(std::tuple(f->get_Name(), f->get_NodeType(), value_of(*f), attributes->at(0).get_Name(),
-                         value_of(attributes->at(0)), value_of(attributes->at(1)), position),
-              std::tuple(u"Codigo", xntNode, u"12 & 1.5", u"tipo", u"a/b", u"2", int32_t(text.find(u"<Otro"))));
-    auto next = load(text, position);
-    EXPECT_EQ(std::tuple(next->get_Name(), next->get_NodeType(), position),
-              std::tuple(u"Otro", xntEmpty, static_cast<int32_t>(text.size())));
-}
+std::string shape(const clsCeldo& f);
 
-TEST(LoadElement, ReadsChildrenWithoutTheWritersIndentation) {
-    auto f = load(u"<A>\r\n"
-                  u"  texto  "
-                  u"    <B>1</B>\r\n"
-                  u"  <![CDATA[c&lt;d]]>\r\n"
-                  u"  <!--nota-->\r\n"
-                  u"  <!DOCTYPE html &amp;>\r\n"
-                  u"    <C>\r\n"
-                  u"        <D x=\"1\"/>\r\n"
-                  u"  </C>\r\n"
-                  u" fin"
-                  u"</A>\r\n");
-    auto children = f->get_Children();
-    ASSERT_EQ(children->size(), 7u);
-    std::vector<std::pair<XMLNodeTypes, std::u16string>> kinds;
-    for (size_t i = 0; i < children->size(); ++i)
-        kinds.emplace_back(children->at(i).get_NodeType(), value_of(children->at(i)));
-    // Only the indentation of <B> is removed; DOCTYPE is read as written; C holds children, not a value.
-    EXPECT_EQ(kinds, (decltype(kinds){{xntText, u"  texto  "}, {xntNode, u"1"}, {xntCDATA, u"c<d"},
-                                      {xntComment, u"nota"}, {xntDOCTYPE, u"html &amp;"}, {xntNode, u""},
-                                      {xntText, u" fin"}}));
-    EXPECT_EQ(children->at(1).get_Name(), u"B");
-    const clsCeldo& c = children->at(5);
-    ASSERT_EQ(c.get_Children()->size(), 1u);
-    EXPECT_EQ(c.get_Children()->at(0).get_NodeType(), xntEmpty);
-    EXPECT_EQ(value_of(c.get_Children()->at(0).get_Attributes()->at(0)), u"1");
-    EXPECT_TRUE(f->get_OriginalValue().is_empty()) << "a node with children holds no value";
-}
-
-TEST(LoadElement, TextRunsUpToTheNextTagAndTheDeclarationsEncodingDecodesTheRest) {
+// Each text read element after element from its start, every element as shape() writes it.
+TEST(LoadElement, ReadsEveryNodeKindEntitiesAndEncodingsAndTakesTheLineEndAfterAnElement) {
+    const std::tuple<const char16_t*, const char16_t*, const char*> cases[] = {
+        {u"<Codigo tipo=\"a&frasl;b\" n='2'>12 &amp; 1&#46;5</Codigo>\r\n<Otro/>", u"",
+         "1<Codigo tipo=[a/b] n=[2](12 & 1.5) 2<Otro/>"},
+        // Only the indentation before <B> goes; DOCTYPE is read as written; C holds children.
+        {u"<A>\r\n  texto      <B>1</B>\r\n  <![CDATA[c&lt;d]]>\r\n  <!--nota-->\r\n  <!DOCTYPE html &amp;>\r\n"
+         u"    <C>\r\n        <D x=\"1\"/>\r\n  </C>\r\n fin</A>\r\n", u"",
+         "1<A{3(  texto  ),1<B(1),4(c<d),5(nota),6(html &amp;),1<C{2<D x=[1]/>,},3( fin),}"},
+        {u"  a&amp;b<A/>", u"", "3(  a&b) 2<A/>"},
+        // "ñ" as UTF-8 bytes, one code unit each: decoded under an ISO-8859 name, the
+        // declaration's or the caller's, and kept as they are otherwise.
+        {u"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<A>\u00C3\u00B1</A>", u"", "1<A(ñ)"},
+        {u"<A>\u00C3\u00B1</A>", u"iso-8859-15", "1<A(ñ)"},
+        {u"<A>\u00C3\u00B1</A>", u"UTF-8", "1<A(\u00C3\u00B1)"},
+    };
+    for (const auto& [text, encode, expected] : cases) {
+        const std::u16string given = text;
+        std::string shapes;
+        for (int32_t position = 0; position < static_cast<int32_t>(given.size());)
+            shapes += (shapes.empty() ? "" : " ") + shape(*load(given, position, encode));
+        EXPECT_EQ(shapes, expected);
+    }
     int32_t position = 0;
-    auto text = load(u"  a&amp;b<A/>", position);
-    EXPECT_EQ(std::tuple(text->get_NodeType(), value_of(*text), position), std::tuple(xntText, u"  a&b", 9));
+    EXPECT_TRUE(load(u"<A><B/></A>", position)->get_OriginalValue().is_empty()) << "a node with children holds no value";
     position = 4;
     auto nothing = load(u"<A/>", position);
     EXPECT_EQ(std::tuple(nothing->get_NodeType(), value_of(*nothing), position), std::tuple(xntText, u"", 4));
-    // "ñ" as UTF-8 bytes, one code unit each.
-    const std::u16string bytes = u"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<A>\u00C3\u00B1</A>";
-    EXPECT_EQ(value_of(*load(bytes)), u"ñ");
-    EXPECT_EQ(value_of(*load(u"<A>\u00C3\u00B1</A>", u"iso-8859-15")), u"ñ");
-    EXPECT_EQ(value_of(*load(u"<A>\u00C3\u00B1</A>", u"UTF-8")), u"\u00C3\u00B1");
 }
 
 TEST(LoadElement, ReplacesWhatTheFieldHeldButKeepsItsCollections) {

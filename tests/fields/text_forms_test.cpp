@@ -60,20 +60,15 @@ TEST(ValueText, EscapesAndUnderAnIso8859NameGivesTheByteForm) {
     EXPECT_EQ(f->value_text(u"iso-8859-1"), u"A&ntilde;o 1&#46;5 &lt;\u00C3\u0093&gt;");
 }
 
-TEST(ElementWriter, WritesLeavesEmptyElementsAndAttributes) {
-    auto f = leaf(u"Codigo", Variant(u"12"));
-    EXPECT_EQ(f->XML(u""), u"<Codigo>12</Codigo>\r\n");
-    EXPECT_EQ(leaf(u"Vacio", Variant())->XML(u""), u"<Vacio></Vacio>\r\n");
-    f->get_Attributes()->Add(u"tipo", u"", exText, 0, -1, false, u"", u"", Variant(u"a/b"), kNone, kNone, kNone);
-    f->get_Attributes()->Add(u"sin", u"", exText, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
-    EXPECT_EQ(f->XML(u"UTF-8"), u"<Codigo tipo=\"a&frasl;b\">12</Codigo>\r\n");
-    f->let_NodeType(xntEmpty);
-    EXPECT_EQ(f->XML(u"UTF-8"), u"<Codigo tipo=\"a&frasl;b\"/>\r\n");
-}
-
-TEST(ElementWriter, IndentsStartLinesTwiceAndClosingLinesOnce) {
+TEST(ElementWriter, IndentsStartLinesTwiceAndClosingLinesOnceAndWritesOnlyAttributesWithText) {
+    EXPECT_EQ(leaf(u"Codigo", Variant(u"12"))->XML(u""), u"<Codigo>12</Codigo>\r\n");
+    auto with_attributes = [](Ref<clsCeldo> f) {
+        f->get_Attributes()->Add(u"tipo", u"", exText, 0, -1, false, u"", u"", Variant(u"a/b"), kNone, kNone, kNone);
+        f->get_Attributes()->Add(u"sin", u"", exText, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
+        return f;
+    };
     auto root = node_of(u"A", xntNode);
-    append(*root, leaf(u"B", Variant(u"1")));
+    append(*root, with_attributes(leaf(u"B", Variant(u"1"))));
     auto c = node_of(u"C", xntNode);
     append(*c, leaf(u"D", Variant(u"x")));
     append(*c, node_of(u"", xntCDATA, u"c<d"));
@@ -81,10 +76,11 @@ TEST(ElementWriter, IndentsStartLinesTwiceAndClosingLinesOnce) {
     append(*c, node_of(u"", xntDOCTYPE, u"html <raw>"));
     append(*root, c);
     append(*root, node_of(u"", xntText, u"suelto"));
-    append(*root, node_of(u"E", xntEmpty));
-    EXPECT_EQ(root->XML(u""),
+    append(*root, leaf(u"Vacio", Variant()));
+    append(*root, with_attributes(node_of(u"E", xntEmpty)));
+    EXPECT_EQ(root->XML(u"UTF-8"),
               u"<A>\r\n"
-              u"    <B>1</B>\r\n"
+              u"    <B tipo=\"a&frasl;b\">1</B>\r\n"
               u"    <C>\r\n"
               u"        <D>x</D>\r\n"
               u"    <![CDATA[c&lt;d]]>\r\n"
@@ -92,7 +88,8 @@ TEST(ElementWriter, IndentsStartLinesTwiceAndClosingLinesOnce) {
               u"    <!DOCTYPE html <raw>>\r\n"
               u"  </C>\r\n"
               u"suelto"
-              u"    <E/>\r\n"
+              u"    <Vacio></Vacio>\r\n"
+              u"    <E tipo=\"a&frasl;b\"/>\r\n"
               u"</A>\r\n");
 }
 
