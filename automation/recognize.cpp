@@ -235,20 +235,20 @@ int days_in_month(int y, int m) {
 // Dates without a year fall in the clock's year, pinned or not.
 int current_year() { return split_date(now()).year; }
 
-// A year written with one or two digits falls in the hundred years that end with the
-// settings' last two-digit year (2049 unless the user chose otherwise).
-int expand_year(int value, size_t written_digits, const Locale& locale) {
-    if (written_digits > 2) return value;
-    const int last = locale.two_digit_year_max;
-    const int year = last - last % 100 + value;
-    return year > last ? year - 100 : year;
-}
-
 struct Token {
     enum Kind { Number, Month, Meridiem, TimeSep, DateSep, Other } kind;
     int value = 0;       // number value, month 1-12, 0/12 for AM/PM, or a separator's character
     size_t length = 0;   // digits written
 };
+
+// The year a number stands for: written with one or two digits, it falls in the hundred years
+// that end with the settings' last two-digit year (2049 unless the user chose otherwise).
+int year_of(const Token& number, const Locale& locale) {
+    if (number.length > 2) return number.value;
+    const int last = locale.two_digit_year_max;
+    const int year = last - last % 100 + number.value;
+    return year > last ? year - 100 : year;
+}
 
 const std::array<std::u16string_view, 12> kEnglishMonths{
     u"january", u"february", u"march",     u"april",   u"may",      u"june",
@@ -383,7 +383,7 @@ bool valid(const Ymd& v) {
 // 2014-02-03 in English-US and 2003-02-14 in Spanish), with year-day-month last. Two numbers
 // are a month and day of this year, in the settings' order first, or else a month and a year.
 std::optional<Ymd> read_numbers(const std::vector<Token>& n, const Locale& locale) {
-    auto year = [&](const Token& t) { return expand_year(t.value, t.length, locale); };
+    auto year = [&](const Token& t) { return year_of(t, locale); };
     std::vector<Ymd> tries;
     if (n.size() == 3) {
         const Ymd mdy{year(n[2]), n[0].value, n[1].value}, dmy{year(n[2]), n[1].value, n[0].value};
@@ -505,11 +505,11 @@ std::optional<Date> parse_date(std::u16string_view text, const Locale& locale) {
         if (numbers.size() == 2) {
             const Token& a = numbers[0];
             const Token& b = numbers[1];
-            if (year_like(a) && !year_like(b)) ymd = Ymd{expand_year(a.value, a.length, locale), month_word, b.value};
-            else ymd = Ymd{expand_year(b.value, b.length, locale), month_word, a.value};
+            if (year_like(a) && !year_like(b)) ymd = Ymd{year_of(a, locale), month_word, b.value};
+            else ymd = Ymd{year_of(b, locale), month_word, a.value};
         } else if (numbers.size() == 1) {
             const Token& a = numbers[0];
-            if (year_like(a)) ymd = Ymd{expand_year(a.value, a.length, locale), month_word, 1};
+            if (year_like(a)) ymd = Ymd{year_of(a, locale), month_word, 1};
             else ymd = Ymd{current_year(), month_word, a.value};
         } else {
             return std::nullopt;
