@@ -1,21 +1,11 @@
 // The field collection: insertion with keys and placement, lookup, removal, enumeration,
 // sharing and copying.
-#include "collections/clsCeldos.hpp"
-
-#include <gtest/gtest.h>
+#include "tests/fields/field_support.hpp"
 
 #include "automation/enumerator.hpp"
-#include "tests/collections/collection_support.hpp"
-#include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::collections {
+namespace celdo::testing {
 namespace {
-
-using automation::Ref;
-using automation::Variant;
-using fields::clsCeldo;
-using namespace celdo::testing;
 
 Ref<clsCeldo> add(clsCeldos& c, std::u16string name, fields::ExDataType type = fields::exText) {
     return add_field(c, std::move(name), type);
@@ -160,4 +150,4 @@ TEST_F(Collection, AppendAsAndAppendsAsInsertCopies) {
 }
 
 }  // namespace
-}  // namespace celdo::collections
+}  // namespace celdo::testing

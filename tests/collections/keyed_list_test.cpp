@@ -7,35 +7,21 @@ namespace {
 
 using List = KeyedList<int>;
 
-TEST(KeyedList, KeysAreUniqueWithoutRegardToCase) {
+// Keys are unique without regard to case, accents included; an empty text is a key; unkeyed
+// items are allowed; positions follow inserts and removals, and a removed key is free again.
+TEST(KeyedList, KeysArePositionsByTextIgnoringCase) {
     List list;
-    EXPECT_EQ(list.insert(0, 1, std::u16string_view(u"Ñandú")), List::Result::Inserted);
-    EXPECT_EQ(list.insert(1, 2, std::u16string_view(u"ñANDÚ")), List::Result::DuplicateKey);
-    EXPECT_EQ(list.size(), 1u);
-    ASSERT_NE(list.find(u"ÑANDÚ"), nullptr);
-    EXPECT_EQ(*list.find(u"ÑANDÚ"), 1);
-}
-
-TEST(KeyedList, AnEmptyTextIsAKeyAndUnkeyedItemsAreAllowed) {
-    List list;
-    EXPECT_EQ(list.insert(0, 1, std::u16string_view(u"")), List::Result::Inserted);
-    EXPECT_EQ(list.insert(1, 2, std::u16string_view(u"")), List::Result::DuplicateKey);
-    EXPECT_EQ(list.insert(1, 3, std::nullopt), List::Result::Inserted);
-    EXPECT_EQ(list.insert(2, 4, std::nullopt), List::Result::Inserted);
-    EXPECT_EQ(list.size(), 3u);
-}
-
-TEST(KeyedList, PositionsFollowInsertsAndRemovals) {
-    List list;
-    list.insert(0, 10, std::u16string_view(u"a"));
-    list.insert(1, 30, std::u16string_view(u"c"));
-    list.insert(1, 20, std::u16string_view(u"b"));
-    EXPECT_EQ(list.at(1), 20);
-    EXPECT_EQ(list.position_of_key(u"C"), std::optional<size_t>(2));
+    const std::tuple<size_t, int, std::optional<std::u16string_view>, List::Result> inserts[] = {
+        {0, 10, u"Ñandú", List::Result::Inserted}, {1, 11, u"ñANDÚ", List::Result::DuplicateKey},
+        {1, 30, u"", List::Result::Inserted},       {2, 31, u"", List::Result::DuplicateKey},
+        {1, 20, std::nullopt, List::Result::Inserted}, {1, 21, std::nullopt, List::Result::Inserted},
+    };
+    for (const auto& [at, value, key, result] : inserts) EXPECT_EQ(list.insert(at, value, key), result) << value;
+    EXPECT_EQ(std::tuple(list.size(), list.at(1), *list.find(u"ÑANDÚ"), list.position_of_key(u"")),
+              std::tuple(size_t{4}, 21, 10, std::optional<size_t>(3)));
     list.erase(0);
-    EXPECT_EQ(list.position_of_key(u"c"), std::optional<size_t>(1));
-    EXPECT_EQ(list.find(u"a"), nullptr) << "a removed item's key is free again";
-    EXPECT_EQ(list.insert(0, 11, std::u16string_view(u"A")), List::Result::Inserted);
+    EXPECT_EQ(std::tuple(list.find(u"ñandú"), list.position_of_key(u"")), std::tuple(nullptr, std::optional<size_t>(2)));
+    EXPECT_EQ(list.insert(0, 12, std::u16string_view(u"ÑANDÚ")), List::Result::Inserted);
 }
 
 }  // namespace

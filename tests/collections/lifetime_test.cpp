@@ -1,24 +1,14 @@
 // Object lifetime: the cycles the object model lets a host form are collected once nothing
 // outside holds them, what is still held is left alone, long chains are released without deep
 // recursion, and the walks that follow Children stop on a cycle instead of running forever.
-#include <gtest/gtest.h>
+#include "tests/fields/field_support.hpp"
 
 #include "automation/lifetime.hpp"
 #include "collections/CeldosSeguimiento.hpp"
 #include "collections/clsRegistro.hpp"
-#include "tests/collections/collection_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::collections {
+namespace celdo::testing {
 namespace {
-
-using automation::ObjectRegistry;
-using automation::Ref;
-using automation::Variant;
-using celdo::testing::error_of;
-using fields::clsCeldo;
-
-using celdo::testing::kNone;
 
 Ref<clsCeldo> field(std::u16string name = u"F") {
     auto f = automation::make_ref<clsCeldo>();
@@ -46,7 +36,7 @@ protected:
     // Objects made by the test and still alive.
     size_t alive() const { return registry.live() - before; }
 
-    ObjectRegistry& registry = ObjectRegistry::current();
+    automation::ObjectRegistry& registry = automation::ObjectRegistry::current();
     size_t before = 0;
 };
 
@@ -57,7 +47,7 @@ TEST_F(Lifetime, EveryCycleTheModelCanFormIsCollected) {
         f->get_Children()->Append(f, kNone, kNone, u"");
         // A row appended into the children of one of its own fields.
         auto row = automation::make_ref<clsCeldos>();
-        auto g = celdo::testing::add_field(*row, u"G");
+        auto g = add_field(*row, u"G");
         g->get_Children()->Appends(row, kNone, kNone, u"");
         // A field holding itself as its value, and as its extended properties.
         auto h = field(u"H");
@@ -67,7 +57,7 @@ TEST_F(Lifetime, EveryCycleTheModelCanFormIsCollected) {
         // A row of rows that holds itself through a field's value.
         auto records = automation::make_ref<clsRegistro>();
         records->Add(row, u"");
-        auto k = celdo::testing::add_field(*row, u"K", fields::exObject);
+        auto k = add_field(*row, u"K", fields::exObject);
         k->set_Value(Variant(Ref<automation::Object>(records)));
         // The audit fields, whose own children hold the row they are in.
         auto audit = automation::make_ref<CeldosSeguimiento>();
@@ -84,7 +74,7 @@ TEST_F(Lifetime, WhatIsStillHeldSurvivesWithItsValues) {
     auto row = automation::make_ref<clsCeldos>();
     Ref<clsCeldo> kept;
     {
-        auto f = celdo::testing::add_field(*row, u"A", fields::exText, Variant(u"x"));
+        auto f = add_field(*row, u"A", fields::exText, Variant(u"x"));
         f->get_Children()->Appends(row, kNone, kNone, u"");  // a cycle, but held through `row`
         kept = field(u"Suelto");
         kept->get_Children()->Append(kept, kNone, kNone, u"");
@@ -103,12 +93,12 @@ TEST_F(Lifetime, WhatIsStillHeldSurvivesWithItsValues) {
 }
 
 TEST_F(Lifetime, CollectionsComeDueAsObjectsAreMade) {
-    for (size_t i = 0; i < ObjectRegistry::kMinimumRound; ++i) {
+    for (size_t i = 0; i < automation::ObjectRegistry::kMinimumRound; ++i) {
         auto f = field();
         f->get_Children()->Append(f, kNone, kNone, u"");
     }
     const size_t garbage = alive();
-    EXPECT_GE(garbage, ObjectRegistry::kMinimumRound);
+    EXPECT_GE(garbage, automation::ObjectRegistry::kMinimumRound);
     EXPECT_EQ(registry.collect_if_due(), garbage);
     EXPECT_EQ(registry.collect_if_due(), 0u) << "not due again until as many are made";
 }
@@ -154,4 +144,4 @@ TEST_F(Lifetime, WalksTakeTreesUpTo256LevelsUnderTheirRoot) {
 }
 
 }  // namespace
-}  // namespace celdo::collections
+}  // namespace celdo::testing

@@ -1,18 +1,10 @@
 // Ranges: the name list cutter, and the named or other fields, shared or copied.
-#include <gtest/gtest.h>
+#include "tests/fields/field_support.hpp"
 
-#include "collections/clsCeldos.hpp"
-#include "tests/collections/collection_support.hpp"
-#include "tests/support/test_support.hpp"
 #include "xml/reader.hpp"
 
-namespace celdo::collections {
+namespace celdo::testing {
 namespace {
-
-using automation::Ref;
-using automation::Variant;
-
-using celdo::testing::names_of;
 
 std::u16string joined(const std::vector<std::u16string>& items) {
     std::u16string out;
@@ -22,7 +14,7 @@ std::u16string joined(const std::vector<std::u16string>& items) {
 
 TEST(CutNames, TrimsSkipsEmptyItemsAndKeepsQuotedCommas) {
     const auto cut = [](std::u16string_view list) { return joined(xml::cut_names(list)); };
-    celdo::testing::expect_rows<std::u16string>({
+    expect_rows<std::u16string>({
         {cut(u"Codigo, Nombre"), u"[Codigo][Nombre]"}, {cut(u"Codigo,,  ,Nombre,"), u"[Codigo][Nombre]"},
         {cut(u" \"Total, neto\" ,A"), u"[Total, neto][A]"},
         {cut(u"\"a\"b\",c"), u"[a\"b][c]"},  // the quote that a comma follows closes,
@@ -36,7 +28,7 @@ class Ranges : public ::testing::Test {
 protected:
     void SetUp() override {
         for (const char16_t* name : {u"Nombre", u"Codigo", u"Total", u"NProfile", u"UFecha"})
-            celdo::testing::add_field(*row, name, fields::exText, Variant(std::u16string(name) + u"!"));
+            add_field(*row, name, fields::exText, Variant(std::u16string(name) + u"!"));
     }
     Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
 };
@@ -72,4 +64,4 @@ TEST_F(Ranges, RangeExKeepsTheOthersInThisOrder) {
 }
 
 }  // namespace
-}  // namespace celdo::collections
+}  // namespace celdo::testing

@@ -1,25 +1,17 @@
 // Rows kept by clsRegistro (shared or copied, keys, positions, errors) and the audit fields of
 // CeldosSeguimiento.
-#include <gtest/gtest.h>
+#include "tests/fields/field_support.hpp"
 
-#include "automation/clock.hpp"
 #include "automation/enumerator.hpp"
-#include "automation/recognize.hpp"
 #include "collections/CeldosSeguimiento.hpp"
 #include "collections/clsRegistro.hpp"
-#include "tests/collections/collection_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::collections {
+namespace celdo::testing {
 namespace {
-
-using automation::Ref;
-using automation::Variant;
-using celdo::testing::error_of;
 
 Ref<clsCeldos> row_of(std::u16string value) {
     auto row = automation::make_ref<clsCeldos>();
-    celdo::testing::add_field(*row, u"Nombre", fields::exText, Variant(value));
+    add_field(*row, u"Nombre", fields::exText, Variant(value));
     return row;
 }
 
@@ -78,7 +70,7 @@ TEST(Audit, FieldsCarryTheirFixedMetadata) {
     const automation::Date noon = *automation::make_date(2024, 5, 17, 12, 0, 0);
     automation::ClockScope pinned(noon);
     EXPECT_EQ(when->get_DefaultValue(), Variant(noon)) << "the default text Now() reads as the moment";
-    EXPECT_EQ(celdo::testing::names_of(*audit->Registro()), u"NProfile,UProfile,NFecha,UFecha");
+    EXPECT_EQ(names_of(*audit->Registro()), u"NProfile,UProfile,NFecha,UFecha");
 }
 
 TEST(Audit, RegistroBuildsANewCollectionOfTheSameFields) {
@@ -100,11 +92,11 @@ TEST(Audit, RegistroBuildsANewCollectionOfTheSameFields) {
     auto row = audit->Registro();
     row->at(1).let_Value(Variant(u"Ana"));
     auto values = automation::make_ref<clsCeldos>();
-    for (int i = 0; i < 4; ++i) celdo::testing::add_field(*values, u"V", fields::exText, Variant(u"x"));
+    for (int i = 0; i < 4; ++i) add_field(*values, u"V", fields::exText, Variant(u"x"));
     row->Assing(values);
     EXPECT_EQ(audit->get_UProfile()->get_Value(), Variant(u"Ana"));
     EXPECT_EQ(other->get_Value(), Variant(u"x")) << "a replaced field under another name is assigned";
 }
 
 }  // namespace
-}  // namespace celdo::collections
+}  // namespace celdo::testing

@@ -1,29 +1,14 @@
 // The collection's text forms: clip and XML joined from the fields, the value, caption and
 // name lines, the attribute list and Parse with its errors, round trips and long texts.
-#include <gtest/gtest.h>
-
-#include "automation/convert.hpp"
-#include "automation/text.hpp"
-#include "collections/clsCeldos.hpp"
 #include "tests/fields/field_support.hpp"
-#include "tests/collections/collection_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::collections {
+namespace celdo::testing {
 namespace {
-
-using automation::Ref;
-using automation::Variant;
-using celdo::testing::error_of;
-using celdo::testing::props;
-using fields::clsCeldo;
-
-using celdo::testing::kNone;
 
 class Row : public ::testing::Test {
 protected:
     Ref<clsCeldo> add(std::u16string name, Variant value = Variant(), fields::ExDataType type = fields::exText) {
-        return celdo::testing::add_field(*row, std::move(name), type, value.is_empty() ? kNone : value);
+        return add_field(*row, std::move(name), type, value.is_empty() ? kNone : value);
     }
     std::u16string parse(std::u16string text, std::u16string encode = u"") {
         EXPECT_TRUE(row->Parse(encode, text));
@@ -133,4 +118,4 @@ TEST_F(Row, LongTextsGoThroughEveryForm) {
 }
 
 }  // namespace
-}  // namespace celdo::collections
+}  // namespace celdo::testing

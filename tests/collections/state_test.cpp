@@ -1,25 +1,10 @@
 // The collection's state operations: every field reached in order, Assing by position with the
 // audit fields kept, Update by name through a property, operators for a search, and the
 // required check in each edit mode.
-#include <gtest/gtest.h>
-
-#include "automation/convert.hpp"
-#include "collections/clsCeldos.hpp"
-#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::collections {
+namespace celdo::testing {
 namespace {
-
-using automation::Ref;
-using automation::Variant;
-using celdo::testing::error_of;
-using fields::clsCeldo;
-
-using celdo::testing::kNone;
-using celdo::testing::add_field;
-
 
 std::u16string values(const clsCeldos& c) {
     std::u16string out;
@@ -136,4 +121,4 @@ TEST_F(State, ValidateRequiredChecksByEditMode) {
 }
 
 }  // namespace
-}  // namespace celdo::collections
+}  // namespace celdo::testing

@@ -1,20 +1,10 @@
 // The field object: defaults at creation and the accessors whose work is more than storing.
-#include "fields/clsCeldo.hpp"
-
-#include <gtest/gtest.h>
+#include "tests/fields/field_support.hpp"
 
 #include "automation/lifetime.hpp"
-#include "collections/clsCeldos.hpp"
-#include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using automation::Variant;
-using celdo::testing::error_of;
-using celdo::testing::field_of;
-using celdo::testing::props;
 
 TEST(FieldDefaults, ANewFieldHasItsCreationDefaults) {
     auto f = automation::make_ref<clsCeldo>();
@@ -123,4 +113,4 @@ TEST(FieldNodeType, UnknownIsAnErrorWhenReadAndHasChildrenFollowsTheChildren) {
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing

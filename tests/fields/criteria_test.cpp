@@ -1,15 +1,8 @@
 // Operators and conjunctions of search criteria.
-#include <gtest/gtest.h>
-
-#include "fields/clsCeldo.hpp"
 #include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using celdo::testing::error_of;
-using celdo::testing::field_of;
 
 // Each value given in turn: what is kept, or "!" and the refusal's description (the old value stays).
 void check(void (clsCeldo::*let)(const std::u16string&), std::u16string (clsCeldo::*get)() const,
@@ -47,4 +40,4 @@ TEST(Field, ConjunctionsKeepTheCallersSpellingOfAndOrAndEmpty) {
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing

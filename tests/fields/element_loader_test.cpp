@@ -1,25 +1,11 @@
 // The element loader: every node kind, the writer's indentation, declarations, each error of
 // malformed text (leaving the field as it was), and the round trip of random field trees.
-#include <gtest/gtest.h>
+#include "tests/fields/field_support.hpp"
 
 #include <random>
 
-#include "automation/convert.hpp"
-#include "automation/text.hpp"
-#include "collections/clsCeldos.hpp"
-#include "fields/clsCeldo.hpp"
-#include "tests/collections/collection_support.hpp"
-#include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
-
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using automation::Ref;
-using automation::Variant;
-using celdo::testing::error_of;
-
-using celdo::testing::kNone;
 
 // Loads `text` from `position` into a fresh field; returns the field and leaves the position
 // where the loader put it.
@@ -242,4 +228,4 @@ TEST(LoadElement, RebuildsEveryTreeTheWriterWrites) {
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing

@@ -1,17 +1,8 @@
 // Formats, type names, display sizes and Redondear.
-#include <gtest/gtest.h>
-
-#include "fields/clsCeldo.hpp"
 #include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using automation::Currency;
-using automation::Variant;
-using celdo::testing::error_of;
-using celdo::testing::field_of;
 
 TEST(Field, FormatTypeNameAndDisplaySizeByType) {
     const std::u16string accounting = u"###,###,###,###,##0;(###,###,###,###,##0);0";
@@ -44,7 +35,7 @@ TEST(Field, NumericFormatsRefuseAMinusSign) {
 
 TEST(Field, RedondearTiesGoToEvenAndNegativeLengthsRoundToTens) {
     auto f = field_of(exDouble);
-    celdo::testing::expect_rows<Variant>({
+    expect_rows<Variant>({
         {f->Redondear(2.5, 0), 2.0}, {f->Redondear(3.5, 0), 4.0}, {f->Redondear(1234, -2), 1200},
         {f->Redondear(1250.0, -2), 1200.0}, {f->Redondear(1350.0, -2), 1400.0},  // a tie goes to the even hundred
         {f->Redondear(u"1234", -1), 1230.0},  // text becomes Double
@@ -54,4 +45,4 @@ TEST(Field, RedondearTiesGoToEvenAndNegativeLengthsRoundToTens) {
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing

@@ -1,18 +1,8 @@
 // Row sources: the derived kind, the parsed value list, the column settings.
-#include <gtest/gtest.h>
-
-#include "automation/convert.hpp"
-#include "collections/clsCeldos.hpp"
-#include "fields/clsCeldo.hpp"
-#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using automation::Variant;
-using celdo::testing::field_of;
 
 TEST(RowSource, TheKindIsDerivedFromTheText) {
     auto f = field_of(exText);
@@ -54,7 +44,7 @@ TEST(RowSource, HeadsBecomeTheColumnHeaderWhichIsTheReferenceTheHostSets) {
     f->let_RowSource(u"Codigo;Nombre");
     EXPECT_TRUE(f->get_GetRowSource().as_array().at(0, 0).is_empty());
     // A column without a head is numbered from 1.
-    EXPECT_EQ(celdo::testing::names_of(*f->GetColumnHeader()), u"Codigo,Nombre,Celdo3");
+    EXPECT_EQ(names_of(*f->GetColumnHeader()), u"Codigo,Nombre,Celdo3");
     auto header = automation::make_ref<collections::clsCeldos>();
     f->set_ColumnHeader(header);
     EXPECT_EQ(f->GetColumnHeader().get(), header.get());
@@ -78,4 +68,4 @@ TEST(RowSource, ColumnWidthIsComputedFromTheDisplaySizeUntilSet) {
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing

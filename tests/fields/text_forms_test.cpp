@@ -1,22 +1,9 @@
 // The field's text forms: the value as XML text, the element writer at every nesting level,
 // the clip line, the metadata attributes and their reading back, and by-name access.
-#include <gtest/gtest.h>
-
-#include "automation/convert.hpp"
-#include "automation/recognize.hpp"
-#include "collections/clsCeldos.hpp"
-#include "fields/clsCeldo.hpp"
 #include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using automation::Ref;
-using automation::Variant;
-using celdo::testing::error_of;
-using celdo::testing::field_of;
-using celdo::testing::props;
 
 const Variant kNone = Variant::missing();
 
@@ -240,4 +227,4 @@ TEST(Decondign, UndoesTheByteFormAndTheEntities) {
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing

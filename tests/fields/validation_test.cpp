@@ -1,17 +1,8 @@
 // Validation by type, and the required and value-list checks with their messages.
-#include <gtest/gtest.h>
-
-#include "automation/clock.hpp"
-#include "fields/clsCeldo.hpp"
 #include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
 
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using automation::Variant;
-using celdo::testing::error_of;
-using celdo::testing::field_of;
 
 TEST(Validate, JudgesEachTypeByItsRule) {
     const std::tuple<ExDataType, Variant, bool> cases[] = {
@@ -101,4 +92,4 @@ TEST(ValidateRequired, AppendsTheMessagesOfMissingValuesAndValuesOutsideTheList)
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing

@@ -1,25 +1,11 @@
 // The field's value: coercion by type, the numeric text rules, what counts as a change, the
 // old value, defaults and the states between them.
-#include <gtest/gtest.h>
+#include "tests/fields/field_support.hpp"
 
 #include <functional>
 
-#include "automation/clock.hpp"
-#include "automation/recognize.hpp"
-#include "collections/clsCeldos.hpp"
-#include "fields/clsCeldo.hpp"
-#include "tests/fields/field_support.hpp"
-#include "tests/support/test_support.hpp"
-
-namespace celdo::fields {
+namespace celdo::testing {
 namespace {
-
-using automation::Currency;
-using automation::Variant;
-using celdo::testing::ChangeCounter;
-using celdo::testing::error_of;
-using celdo::testing::field_of;
-using celdo::testing::props;
 
 TEST(FieldValue, EachTypeCoercesWhatItIsGiven) {
     struct Case {
@@ -202,4 +188,4 @@ TEST(FieldValue, UpdatedAcceptsOrForgetsTheOldValueAndComparesTextIgnoringCase) 
 }
 
 }  // namespace
-}  // namespace celdo::fields
+}  // namespace celdo::testing
