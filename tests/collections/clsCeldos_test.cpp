@@ -7,36 +7,33 @@
 namespace celdo::testing {
 namespace {
 
-Ref<clsCeldo> add(clsCeldos& c, std::u16string name, fields::ExDataType type = fields::exText) {
+Ref<clsCeldo> add(clsCeldos& c, std::u16string name, ExDataType type = exText) {
     return add_field(c, std::move(name), type);
 }
 
 class Collection : public ::testing::Test {
 protected:
-    Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
+    Ref<clsCeldos> row = make_ref<clsCeldos>();
 };
 
 TEST_F(Collection, AddSetsNameTypeSourceAndPosition) {
-    auto first = row->Add(u"Codigo", u"COD", fields::exLong, 0, -1, true, u"El código", u"Obligatorio",
+    auto first = row->Add(u"Codigo", u"COD", exLong, 0, -1, true, u"El código", u"Obligatorio",
                           Variant(u"12"), kNone, kNone, kNone);
     EXPECT_EQ(props(*first, "Name,DataType,SourceName,Position,Required,Description,ValidationText,Value"),
               R"("Codigo"|1004|"COD"|0|True|"El código"|"Obligatorio"|12)");
     EXPECT_EQ(add(*row, u"Nombre")->get_Position(), 1);
-    EXPECT_EQ(row->Add(u"X", u"", fields::exText, 0, 9, false, u"", u"", kNone, kNone, kNone, kNone)->get_Position(), 9);
+    EXPECT_EQ(row->Add(u"X", u"", exText, 0, 9, false, u"", u"", kNone, kNone, kNone, kNone)->get_Position(), 9);
     // An expression's source goes into Expresion.
-    auto f = row->Add(u"Total", u"Precio * Cantidad", fields::exnumExpresion, 0, -1, false, u"", u"", kNone, kNone,
-                      kNone, kNone);
+    auto f = row->Add(u"Total", u"Precio * Cantidad", exnumExpresion, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
     EXPECT_EQ(props(*f, "Expresion,SourceName"), R"("Precio * Cantidad"|"")");
     // An old value needs an object there; the field is not added.
     EXPECT_EQ(error_of([&] {
-                  row->Add(u"Y", u"", fields::exLong, 0, -1, false, u"", u"", Variant(1), Variant(2), kNone, kNone);
+                  row->Add(u"Y", u"", exLong, 0, -1, false, u"", u"", Variant(1), Variant(2), kNone, kNone);
               }).number(), 424);
     EXPECT_EQ(row->get_Count(), 4);
     // A parameter keeps its operator in Description.
-    row->AddParameter(u"@desde", fields::exDate, Variant(u"2024-01-01"), u">=", 0, u"FECHA", fields::exParamInput, kNone,
-                      kNone);
-    EXPECT_EQ(props(*item(*row, u"@desde"), "Description,Operator,SourceName,Direction,Position"),
-              R"(">="|"="|"FECHA"|2000|4)");
+    row->AddParameter(u"@desde", exDate, Variant(u"2024-01-01"), u">=", 0, u"FECHA", exParamInput, kNone, kNone);
+    EXPECT_EQ(props(*item(*row, u"@desde"), "Description,Operator,SourceName,Direction,Position"), R"(">="|"="|"FECHA"|2000|4)");
 }
 
 TEST_F(Collection, ItemFindsTheFirstOfAKeyOrAPosition) {
@@ -56,22 +53,22 @@ TEST_F(Collection, ItemFindsTheFirstOfAKeyOrAPosition) {
 }
 
 TEST_F(Collection, AppendKeysByTheTrimmedNameOrTheGivenKeyBeforeOrAfterAnAnchor) {
-    auto f = field_of(fields::exText, u" Total "), g = field_of(fields::exText, u"Otro");
+    auto f = field_of(exText, u" Total "), g = field_of(exText, u"Otro");
     row->Append(f, kNone, kNone, u"");
     row->Append(g, kNone, kNone, u" Clave ");
     EXPECT_EQ(std::tuple(row->Exist(u"Total"), row->Exist(u" clave "), row->Exist(u"Clave"), f->get_Position(),
                          g->get_Position()),
               std::tuple(true, true, false, 0, 1));
-    row = automation::make_ref<clsCeldos>();
+    row = make_ref<clsCeldos>();
     add(*row, u"A");
     add(*row, u"C");
-    row->Append(field_of(fields::exText, u"B"), Variant(u"c"), kNone, u"");
-    row->Append(field_of(fields::exText, u"Z"), kNone, Variant(3), u"");
+    row->Append(field_of(exText, u"B"), Variant(u"c"), kNone, u"");
+    row->Append(field_of(exText, u"Z"), kNone, Variant(3), u"");
     EXPECT_EQ(names_of(*row), u"A,B,C,Z");
-    row->Append(field_of(fields::exText, u"0"), Variant(int16_t{1}), Variant(u"Z"), u"");
+    row->Append(field_of(exText, u"0"), Variant(int16_t{1}), Variant(u"Z"), u"");
     EXPECT_EQ(names_of(*row), u"0,A,B,C,Z") << "Before wins";
-    row->Append(field_of(fields::exText, u"lost"), Variant(u"nobody"), kNone, u"");
-    row->Append(field_of(fields::exText, u"lost"), Variant(99), kNone, u"");
+    row->Append(field_of(exText, u"lost"), Variant(u"nobody"), kNone, u"");
+    row->Append(field_of(exText, u"lost"), Variant(99), kNone, u"");
     EXPECT_EQ(row->get_Count(), 5) << "an anchor that names nothing leaves the field out, silently";
     EXPECT_EQ(item(*row, u"Z")->get_Name(), u"Z") << "keys still find their fields after inserts in front";
 }
@@ -92,8 +89,8 @@ TEST_F(Collection, RemoveByIntegerPositionOrKeyOnly) {
 }
 
 TEST_F(Collection, AppendsSharesTheSameFieldsAndEnumerationWalksThemInOrder) {
-    auto other = automation::make_ref<clsCeldos>();
-    auto a = add(*other, u"A", fields::exLong);
+    auto other = make_ref<clsCeldos>();
+    auto a = add(*other, u"A", exLong);
     add(*other, u"B");
     row->Appends(other, kNone, kNone, u"");
     item(*row, u"A")->let_Value(Variant(5));
@@ -104,18 +101,17 @@ TEST_F(Collection, AppendsSharesTheSameFieldsAndEnumerationWalksThemInOrder) {
     std::u16string seen;
     for (Variant v; e->next(v);) seen += v.object_as<clsCeldo>()->get_Name();
     EXPECT_EQ(seen, u"AB");
-    auto keyed = automation::make_ref<clsCeldos>();
+    auto keyed = make_ref<clsCeldos>();
     keyed->Appends(other, kNone, kNone, u"K");
     EXPECT_EQ(std::tuple(keyed->Exist(u"K"), keyed->Exist(u"B"), keyed->get_Count()), std::tuple(true, false, 2))
         << "with a key, only the first is keyed";
 }
 
 TEST_F(Collection, DuplicateCopiesMetadataAndChildrenButNotAnEmptyValue) {
-    auto original = row->Add(u"Precio", u"PRECIO", fields::exCurrency, 0, -1, true, u"d", u"v", kNone, kNone, kNone,
-                             kNone);
+    auto original = row->Add(u"Precio", u"PRECIO", exCurrency, 0, -1, true, u"d", u"v", kNone, kNone, kNone, kNone);
     original->let_DefaultValue(Variant(5));
     original->let_Operator(u"LIKE");
-    auto child = field_of(fields::exText, u"Hijo");
+    auto child = field_of(exText, u"Hijo");
     original->get_Children()->Append(child, kNone, kNone, u"");
     std::u16string no_name, name(u"Otra");
     Variant no_value = Variant::missing(), value(9);
@@ -129,10 +125,10 @@ TEST_F(Collection, DuplicateCopiesMetadataAndChildrenButNotAnEmptyValue) {
     EXPECT_NE(&copy->get_Children()->at(0), child.get()) << "children are copied deeply";
     EXPECT_EQ(copy->get_Children()->at(0).get_Name(), u"Hijo");
     original->let_Value(Variant(3));
-    EXPECT_EQ(row->Duplicate(original, no_name, no_value)->get_Value(), Variant(automation::Currency{30000}));
+    EXPECT_EQ(row->Duplicate(original, no_name, no_value)->get_Value(), Variant(Currency{30000}));
     copy = row->Duplicate(original, name, value);
     EXPECT_EQ(copy->get_Name(), u"Otra");
-    EXPECT_EQ(copy->get_Value(), Variant(automation::Currency{90000}));
+    EXPECT_EQ(copy->get_Value(), Variant(Currency{90000}));
 }
 
 TEST_F(Collection, AppendAsAndAppendsAsInsertCopies) {
@@ -141,7 +137,7 @@ TEST_F(Collection, AppendAsAndAppendsAsInsertCopies) {
     row->AppendAs(original, u"B", none, kNone, kNone);
     EXPECT_EQ(names_of(*row), u"A,B");
     EXPECT_NE(&row->at(1), original.get());
-    auto other = automation::make_ref<clsCeldos>();
+    auto other = make_ref<clsCeldos>();
     auto c = add(*other, u"C");
     row->AppendsAs(other, kNone, kNone);
     EXPECT_NE(&row->at(2), c.get());

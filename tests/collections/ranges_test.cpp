@@ -28,9 +28,9 @@ class Ranges : public ::testing::Test {
 protected:
     void SetUp() override {
         for (const char16_t* name : {u"Nombre", u"Codigo", u"Total", u"NProfile", u"UFecha"})
-            add_field(*row, name, fields::exText, Variant(std::u16string(name) + u"!"));
+            add_field(*row, name, exText, Variant(std::u16string(name) + u"!"));
     }
-    Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
+    Ref<clsCeldos> row = make_ref<clsCeldos>();
 };
 
 TEST_F(Ranges, RangeSharesTheNamedFieldsInTheListsOrder) {

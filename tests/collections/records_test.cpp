@@ -10,8 +10,8 @@ namespace celdo::testing {
 namespace {
 
 Ref<clsCeldos> row_of(std::u16string value) {
-    auto row = automation::make_ref<clsCeldos>();
-    add_field(*row, u"Nombre", fields::exText, Variant(value));
+    auto row = make_ref<clsCeldos>();
+    add_field(*row, u"Nombre", exText, Variant(value));
     return row;
 }
 
@@ -19,7 +19,7 @@ class Records : public ::testing::Test {
 protected:
     Ref<clsCeldos> item(Variant index) { return records->get_Item(index); }
     Variant name_in(Variant index) { return item(std::move(index))->at(0).get_Value(); }
-    Ref<clsRegistro> records = automation::make_ref<clsRegistro>();
+    Ref<clsRegistro> records = make_ref<clsRegistro>();
 };
 
 TEST_F(Records, AddSharesAndAppendAsCopiesWhichAreKeyed) {
@@ -61,12 +61,12 @@ TEST_F(Records, KeysAreUniqueAndTakenAsGivenAndPositionsCountFromOne) {
 }
 
 TEST(Audit, FieldsCarryTheirFixedMetadata) {
-    auto audit = automation::make_ref<CeldosSeguimiento>();
+    auto audit = make_ref<CeldosSeguimiento>();
     const auto who = audit->get_NProfile(), when = audit->get_UFecha();
     EXPECT_EQ(std::tuple(who->get_Name(), who->get_SourceName(), who->get_Size(), who->get_Required(),
                          who->get_DefaultValue(), who->get_DataType()),
-              std::tuple(u"NProfile", u"strNProfile", 15, true, Variant(u"Admin"), fields::exText));
-    EXPECT_EQ(std::tuple(when->get_SourceName(), when->get_DataType()), std::tuple(u"dtmUFecha", fields::exDateTime));
+              std::tuple(u"NProfile", u"strNProfile", 15, true, Variant(u"Admin"), exText));
+    EXPECT_EQ(std::tuple(when->get_SourceName(), when->get_DataType()), std::tuple(u"dtmUFecha", exDateTime));
     const automation::Date noon = *automation::make_date(2024, 5, 17, 12, 0, 0);
     automation::ClockScope pinned(noon);
     EXPECT_EQ(when->get_DefaultValue(), Variant(noon)) << "the default text Now() reads as the moment";
@@ -74,14 +74,14 @@ TEST(Audit, FieldsCarryTheirFixedMetadata) {
 }
 
 TEST(Audit, RegistroBuildsANewCollectionOfTheSameFields) {
-    auto audit = automation::make_ref<CeldosSeguimiento>();
+    auto audit = make_ref<CeldosSeguimiento>();
     auto one = audit->Registro(), two = audit->Registro();
     EXPECT_NE(one.get(), two.get());
     for (size_t i = 0; i < 4; ++i) EXPECT_EQ(&one->at(i), &two->at(i));
     Variant key(u"NFecha");
     EXPECT_EQ(one->get_Item(key).get(), audit->get_NFecha().get());
 
-    auto other = automation::make_ref<fields::clsCeldo>();
+    auto other = make_ref<clsCeldo>();
     other->let_Name(u"Quien");
     audit->set_NProfile(other);
     auto three = audit->Registro();
@@ -91,8 +91,8 @@ TEST(Audit, RegistroBuildsANewCollectionOfTheSameFields) {
     // Assing into a row holding them leaves the audit values alone.
     auto row = audit->Registro();
     row->at(1).let_Value(Variant(u"Ana"));
-    auto values = automation::make_ref<clsCeldos>();
-    for (int i = 0; i < 4; ++i) add_field(*values, u"V", fields::exText, Variant(u"x"));
+    auto values = make_ref<clsCeldos>();
+    for (int i = 0; i < 4; ++i) add_field(*values, u"V", exText, Variant(u"x"));
     row->Assing(values);
     EXPECT_EQ(audit->get_UProfile()->get_Value(), Variant(u"Ana"));
     EXPECT_EQ(other->get_Value(), Variant(u"x")) << "a replaced field under another name is assigned";

@@ -7,18 +7,18 @@ namespace {
 
 class Row : public ::testing::Test {
 protected:
-    Ref<clsCeldo> add(std::u16string name, Variant value = Variant(), fields::ExDataType type = fields::exText) {
+    Ref<clsCeldo> add(std::u16string name, Variant value = Variant(), ExDataType type = exText) {
         return add_field(*row, std::move(name), type, value.is_empty() ? kNone : value);
     }
     std::u16string parse(std::u16string text, std::u16string encode = u"") {
         EXPECT_TRUE(row->Parse(encode, text));
         return text;
     }
-    Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
+    Ref<clsCeldos> row = make_ref<clsCeldos>();
 };
 
 TEST_F(Row, ClipXMLAndHeaderJoinTheFieldsFormsWithoutARoot) {
-    add(u"A", Variant(1), fields::exLong)->let_Caption(u"Código");
+    add(u"A", Variant(1), exLong)->let_Caption(u"Código");
     add(u"B")->let_Caption(u"Nombre");
     add(u"C", Variant(u"x.y"));
     EXPECT_EQ(row->Clip(), u"1\t\tx.y\t");
@@ -51,14 +51,13 @@ TEST_F(Row, XMLAttributeWritesValuedOrRequiredFields) {
     add(u"Vacio");
     add(u"Nombre", Variant(u"Peña & \"hijos\""));
     add(u"Ciudad", Variant(u"Ávila"));
-    EXPECT_EQ(row->get_XMLAttribute(u"UTF-8"),
-              u" Codigo=\"\" Nombre=\"Pe&ntilde;a &amp; &quot;hijos&quot;\" Ciudad=\"Ávila\"");
+    EXPECT_EQ(row->get_XMLAttribute(u"UTF-8"), u" Codigo=\"\" Nombre=\"Pe&ntilde;a &amp; &quot;hijos&quot;\" Ciudad=\"Ávila\"");
     EXPECT_EQ(row->get_XMLAttribute(u"ISO-8859-1"),
               u" Codigo=\"\" Nombre=\"Pe&ntilde;a &amp; &quot;hijos&quot;\" Ciudad=\"\u00C3\u0081vila\"");
 }
 
 TEST_F(Row, ParseSetsExistingFieldsAndAddsTheRestAsText) {
-    auto codigo = add(u"Codigo", Variant(1), fields::exLong);
+    auto codigo = add(u"Codigo", Variant(1), exLong);
     parse(u" codigo=\"12\" Nombre=\"A&amp;B\" Nota='dijo \"no\"'");
     ASSERT_EQ(row->size(), 3u);
     EXPECT_EQ(codigo->get_Value(), Variant(int32_t{12})) << "an existing field takes the value through its Let";
@@ -83,7 +82,7 @@ TEST_F(Row, ParseRaisesAfterApplyingWhatCameBefore) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(automation::utf16_to_utf8(c.text));
-        row = automation::make_ref<clsCeldos>();
+        row = make_ref<clsCeldos>();
         std::u16string text = c.text;
         auto e = error_of([&] { row->Parse(u"", text); });
         EXPECT_EQ(std::tuple(e.number(), e.source(), e.description()),
@@ -99,7 +98,7 @@ TEST_F(Row, LongTextsGoThroughEveryForm) {
     std::u16string memo;
     for (int i = 0; i < 20000; ++i) memo += u"línea 1.5 & &amp; <b> \"'= /&#46; ÑÓ€\u1000\U0001F600\t[]!\r\n";
     ASSERT_GT(memo.size(), 300000u);
-    add(u"Memo", Variant(memo), fields::exMemo);
+    add(u"Memo", Variant(memo), exMemo);
     add(u"Fin", Variant(u"x"));
     for (std::u16string encode : {u"", u"UTF-8", u"ISO-8859-1"}) {
         std::u16string attributes = row->get_XMLAttribute(encode);
@@ -109,7 +108,7 @@ TEST_F(Row, LongTextsGoThroughEveryForm) {
 
         std::u16string elements = row->XML(encode);
         int32_t position = 0;
-        auto loaded = automation::make_ref<clsCeldo>();
+        auto loaded = make_ref<clsCeldo>();
         loaded->LoadElement(encode, position, elements);
         EXPECT_EQ(loaded->get_OriginalValue(), Variant(memo));
         loaded->LoadElement(encode, position, elements);

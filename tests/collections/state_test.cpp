@@ -17,13 +17,13 @@ std::u16string values(const clsCeldos& c) {
 
 class State : public ::testing::Test {
 protected:
-    Ref<clsCeldos> row = automation::make_ref<clsCeldos>();
-    Ref<clsCeldos> other = automation::make_ref<clsCeldos>();
+    Ref<clsCeldos> row = make_ref<clsCeldos>();
+    Ref<clsCeldos> other = make_ref<clsCeldos>();
 };
 
 TEST_F(State, WalksReachEveryField) {
-    add_field(*row, u"A", fields::exText, Variant(u"a"));
-    add_field(*row, u"B", fields::exLong, Variant(2))->let_DefaultValue(Variant(7));
+    add_field(*row, u"A", exText, Variant(u"a"));
+    add_field(*row, u"B", exLong, Variant(2))->let_DefaultValue(Variant(7));
     row->at(0).let_Value(Variant(u"changed"));
 
     row->CancelUpdate();
@@ -40,39 +40,39 @@ TEST_F(State, WalksReachEveryField) {
     row->Clear();
     EXPECT_EQ(values(*row), u"-,7");
 
-    row->let_Direction(fields::exParamOutput);
-    for (size_t i = 0; i < row->size(); ++i) EXPECT_EQ(row->at(i).get_Direction(), fields::exParamOutput);
+    row->let_Direction(exParamOutput);
+    for (size_t i = 0; i < row->size(); ++i) EXPECT_EQ(row->at(i).get_Direction(), exParamOutput);
 }
 
 TEST_F(State, ChangeOperatorPreparesLoadsAndSearches) {
     add_field(*row, u"Texto");
-    add_field(*row, u"Fecha", fields::exDate);
-    add_field(*row, u"Numero", fields::exLong);
-    add_field(*row, u"Activo", fields::exBoolean);
+    add_field(*row, u"Fecha", exDate);
+    add_field(*row, u"Numero", exLong);
+    add_field(*row, u"Activo", exBoolean);
     auto operators = [&] {
         std::u16string out;
         for (size_t i = 0; i < row->size(); ++i) out += row->at(i).get_Operator() + u";";
         return out;
     };
-    row->ChangeOperator(fields::exFind);
+    row->ChangeOperator(exFind);
     // Assigned through each field's Operator, which keeps LIKE in capitals.
     EXPECT_EQ(operators(), u"LIKE;LIKE;LIKE;=;") << "never >=";
-    row->ChangeOperator(fields::exFilter);
-    row->ChangeOperator(fields::exDefault);
-    row->ChangeOperator(static_cast<fields::TypeOperator>(42));
+    row->ChangeOperator(exFilter);
+    row->ChangeOperator(exDefault);
+    row->ChangeOperator(static_cast<TypeOperator>(42));
     EXPECT_EQ(operators(), u"LIKE;LIKE;LIKE;=;");
-    row->ChangeOperator(fields::exLoad);
+    row->ChangeOperator(exLoad);
     EXPECT_EQ(operators(), u"=;=;=;=;");
 }
 
 TEST_F(State, AssingGoesByPositionAndKeepsTheAuditFields) {
-    add_field(*row, u"Codigo", fields::exLong, Variant(1));
-    add_field(*row, u"NFecha", fields::exText, Variant(u"keep"));
-    add_field(*row, u"Nombre", fields::exText, Variant(u"old"));
-    add_field(*row, u"Resto", fields::exText, Variant(u"untouched"));
-    add_field(*other, u"Otro", fields::exText, Variant(u"42"))->let_DefaultValue(Variant(u"9"));
-    add_field(*other, u"nfecha", fields::exText, Variant(u"lost"));
-    add_field(*other, u"Cualquiera", fields::exText, Variant(u"new"));
+    add_field(*row, u"Codigo", exLong, Variant(1));
+    add_field(*row, u"NFecha", exText, Variant(u"keep"));
+    add_field(*row, u"Nombre", exText, Variant(u"old"));
+    add_field(*row, u"Resto", exText, Variant(u"untouched"));
+    add_field(*other, u"Otro", exText, Variant(u"42"))->let_DefaultValue(Variant(u"9"));
+    add_field(*other, u"nfecha", exText, Variant(u"lost"));
+    add_field(*other, u"Cualquiera", exText, Variant(u"new"));
     row->Assing(other);
     EXPECT_EQ(values(*row), u"42,keep,new,untouched") << "names do not matter; the audit name is skipped";
     EXPECT_EQ(row->at(0).get_DefaultValue(), Variant(u"9")) << "the default comes along";
@@ -82,10 +82,10 @@ TEST_F(State, AssingGoesByPositionAndKeepsTheAuditFields) {
 }
 
 TEST_F(State, UpdateGoesByNameThroughAProperty) {
-    add_field(*row, u"Codigo", fields::exLong, Variant(1));
-    add_field(*row, u"Nombre", fields::exText, Variant(u"old"));
-    add_field(*other, u"NOMBRE", fields::exText, Variant(u"new"))->let_Caption(u"Título");
-    add_field(*other, u"Ajeno", fields::exText, Variant(u"ignored"));
+    add_field(*row, u"Codigo", exLong, Variant(1));
+    add_field(*row, u"Nombre", exText, Variant(u"old"));
+    add_field(*other, u"NOMBRE", exText, Variant(u"new"))->let_Caption(u"Título");
+    add_field(*other, u"Ajeno", exText, Variant(u"ignored"));
     row->Update(other, u"Value");
     EXPECT_EQ(values(*row), u"1,new");
     row->Update(other, u"Caption");
@@ -95,19 +95,19 @@ TEST_F(State, UpdateGoesByNameThroughAProperty) {
 }
 
 TEST_F(State, ValidateRequiredChecksByEditMode) {
-    auto codigo = add_field(*row, u"Codigo", fields::exLong, kNone, true);
-    add_field(*row, u"Nombre", fields::exText, kNone, true);
+    auto codigo = add_field(*row, u"Codigo", exLong, kNone, true);
+    add_field(*row, u"Nombre", exText, kNone, true);
     std::u16string msg;
-    EXPECT_TRUE(row->ValidateRequired(msg, fields::exUpdate)) << "nothing updated, nothing checked";
+    EXPECT_TRUE(row->ValidateRequired(msg, exUpdate)) << "nothing updated, nothing checked";
     EXPECT_EQ(msg, u"");
-    EXPECT_TRUE(row->ValidateRequired(msg, fields::exDelete));
+    EXPECT_TRUE(row->ValidateRequired(msg, exDelete));
 
-    EXPECT_FALSE(row->ValidateRequired(msg, fields::exInsert));
+    EXPECT_FALSE(row->ValidateRequired(msg, exInsert));
     EXPECT_EQ(msg, u"El campo Nombre no puede contener un valor nulo. Escriba un valor en este campo.\r\n")
         << "an Empty number passes; only Null counts as missing there";
     codigo->load_value(Variant::null());
     msg.clear();
-    EXPECT_FALSE(row->ValidateRequired(msg, fields::exInsert));
+    EXPECT_FALSE(row->ValidateRequired(msg, exInsert));
     EXPECT_EQ(msg, u"El campo Codigo no puede contener un valor nulo. Escriba un valor en este campo.\r\n"
                    u"El campo Nombre no puede contener un valor nulo. Escriba un valor en este campo.\r\n");
 
@@ -115,9 +115,9 @@ TEST_F(State, ValidateRequiredChecksByEditMode) {
     row->at(1).let_Value(Variant(u"x"));
     row->at(1).load_value(Variant(u""));  // Nombre emptied, and no longer counted as updated
     msg.clear();
-    EXPECT_TRUE(row->ValidateRequired(msg, fields::exUpdate)) << "only updated fields are checked";
+    EXPECT_TRUE(row->ValidateRequired(msg, exUpdate)) << "only updated fields are checked";
     msg = u"previo";
-    EXPECT_FALSE(row->ValidateRequired(msg, fields::exUpdate)) << "a message passed in fails the check";
+    EXPECT_FALSE(row->ValidateRequired(msg, exUpdate)) << "a message passed in fails the check";
 }
 
 }  // namespace

@@ -7,7 +7,7 @@ namespace celdo::testing {
 namespace {
 
 TEST(FieldDefaults, ANewFieldHasItsCreationDefaults) {
-    auto f = automation::make_ref<clsCeldo>();
+    auto f = make_ref<clsCeldo>();
     // The row source type is derived from the empty row source.
     EXPECT_EQ(props(*f, "DataType,Size,Visible,Position,Operator,Conjunction,Direction,RowSourceType,DisplayControl,"
                         "NodeType,HasChildren,Value,OldValue"),

@@ -10,7 +10,7 @@ namespace {
 // Loads `text` from `position` into a fresh field; returns the field and leaves the position
 // where the loader put it.
 Ref<clsCeldo> load(std::u16string text, int32_t& position, std::u16string encode = u"") {
-    auto f = automation::make_ref<clsCeldo>();
+    auto f = make_ref<clsCeldo>();
     const int32_t result = f->LoadElement(encode, position, text);
     EXPECT_EQ(result, position) << "the result is the new position";
     return f;
@@ -99,7 +99,7 @@ TEST(LoadElement, RaisesOnMalformedTextAndLeavesTheFieldAsItWas) {
 }
 
 TEST(LoadElement, RefusesPositionsOutsideTheTextAndTreesDeeperThanTheWriterWrites) {
-    auto f = automation::make_ref<clsCeldo>();
+    auto f = make_ref<clsCeldo>();
     std::u16string encode, text = u"<a/>";
     for (int32_t outside : {-1, 5}) EXPECT_EQ(error_of([&] { f->LoadElement(encode, outside, text); }).number(), 5);
     // A root and 256 levels under it load; one level more is refused, as the writer refuses it.
@@ -142,7 +142,7 @@ public:
 
     Ref<clsCeldo> tree(int depth) {
         const int kind = pick(depth > 0 ? 8 : 6);
-        auto f = automation::make_ref<clsCeldo>();
+        auto f = make_ref<clsCeldo>();
         switch (kind) {
         case 0: return leaf(xntText, text(true));
         case 1: return leaf(xntCDATA, text(false));
@@ -179,7 +179,7 @@ public:
 
 private:
     static Ref<clsCeldo> leaf(XMLNodeTypes type, std::u16string value) {
-        auto f = automation::make_ref<clsCeldo>();
+        auto f = make_ref<clsCeldo>();
         f->let_NodeType(type);
         f->load_value(Variant(std::move(value)));
         return f;
@@ -212,7 +212,7 @@ private:
 TEST(LoadElement, RebuildsEveryTreeTheWriterWrites) {
     RandomTrees trees(20261122);
     for (int i = 0; i < 200; ++i) {
-        collections::clsCeldos row;
+        clsCeldos row;
         row.Append(i % 2 ? trees.non_text(3) : trees.tree(3), kNone, kNone, u"");
         for (int n = i % 2 ? 3 : 0; n > 0; --n) row.Append(trees.non_text(3), kNone, kNone, u"");
         for (std::u16string encode : {u"", u"UTF-8", u"ISO-8859-1"}) {

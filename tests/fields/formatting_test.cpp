@@ -39,8 +39,7 @@ TEST(Field, RedondearTiesGoToEvenAndNegativeLengthsRoundToTens) {
         {f->Redondear(2.5, 0), 2.0}, {f->Redondear(3.5, 0), 4.0}, {f->Redondear(1234, -2), 1200},
         {f->Redondear(1250.0, -2), 1200.0}, {f->Redondear(1350.0, -2), 1400.0},  // a tie goes to the even hundred
         {f->Redondear(u"1234", -1), 1230.0},  // text becomes Double
-        {f->Redondear(Currency{12345678}, -2), Currency{12000000}},
-        {f->Redondear(Variant::null(), -1), Variant::null()},
+        {f->Redondear(Currency{12345678}, -2), Currency{12000000}}, {f->Redondear(Variant::null(), -1), Variant::null()},
     });
 }
 

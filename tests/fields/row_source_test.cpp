@@ -45,7 +45,7 @@ TEST(RowSource, HeadsBecomeTheColumnHeaderWhichIsTheReferenceTheHostSets) {
     EXPECT_TRUE(f->get_GetRowSource().as_array().at(0, 0).is_empty());
     // A column without a head is numbered from 1.
     EXPECT_EQ(names_of(*f->GetColumnHeader()), u"Codigo,Nombre,Celdo3");
-    auto header = automation::make_ref<collections::clsCeldos>();
+    auto header = make_ref<clsCeldos>();
     f->set_ColumnHeader(header);
     EXPECT_EQ(f->GetColumnHeader().get(), header.get());
 }

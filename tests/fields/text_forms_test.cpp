@@ -5,8 +5,6 @@
 namespace celdo::testing {
 namespace {
 
-const Variant kNone = Variant::missing();
-
 Ref<clsCeldo> leaf(std::u16string name, Variant value, ExDataType type = exText) {
     auto f = field_of(type, std::move(name));
     if (!value.is_empty()) f->let_Value(value);
@@ -20,9 +18,7 @@ Ref<clsCeldo> node_of(std::u16string name, XMLNodeTypes type, std::u16string val
     return f;
 }
 
-void append(clsCeldo& parent, const Ref<clsCeldo>& child) {
-    parent.get_Children()->Append(child, kNone, kNone, u"");
-}
+void append(clsCeldo& parent, const Ref<clsCeldo>& child) { parent.get_Children()->Append(child, kNone, kNone, u""); }
 
 TEST(XMLValue, GivesTheIsoFormsOfDatesAndTimesAndLowerCaseBooleans) {
     const Variant moment(*automation::make_date(2021, 3, 5, 14, 7, 9));
@@ -87,13 +83,6 @@ TEST(ElementWriter, RefusesUnknownNodeKindsAndRunawayNesting) {
               std::tuple(-2147221504, std::u16string(u"Celdo.XML"), std::u16string(u"Illegal Node Type")));
     f->let_NodeType(xntUnknown);
     EXPECT_EQ(error_of([&] { f->XML(u""); }).description(), u"Required property not initialized");
-
-    // A field among its own children would write forever.
-    auto loop = node_of(u"L", xntNode);
-    append(*loop, loop);
-    EXPECT_EQ(error_of([&] { loop->XML(u""); }).description(), u"Nesting too deep");
-    EXPECT_EQ(error_of([&] { loop->Clip(); }).source(), u"Celdo.Clip");
-    // The cycle is left for the collector, which the test run checks.
 }
 
 TEST(ClipWriter, GivesTabbedValuesAndOneLinePerRow) {
@@ -142,17 +131,12 @@ TEST_F(Metadata, AttributesFollowTheBuiltInOrderAndTheSelection) {
     EXPECT_EQ(every.find(u"Mask="), std::u16string::npos) << "no extended property Mask, nothing written";
 
     // Names without a property of their own come from the extended properties.
-    auto extra = Ref<collections::clsCeldos>(dynamic_cast<collections::clsCeldos*>(f->get_ExtendProperties().get()));
+    auto extra = Ref<clsCeldos>(dynamic_cast<clsCeldos*>(f->get_ExtendProperties().get()));
     extra->Add(u"Mask", u"", exText, 0, -1, false, u"", u"", Variant(u"##-##"), kNone, kNone, kNone);
     std::u16string mask = u"Mask";
     EXPECT_EQ(f->XMLAttribute(encode, mask), u" Mask=\"##-##\"");
-}
-
-TEST(FieldAttributes, LeaveOutValuesWithoutText) {
-    // A Null object field reads as a new collection: no text to write, and no error.
-    auto f = field_of(exObject, u"Obj");
-    std::u16string encode, all;
-    const std::u16string text = f->XMLAttribute(encode, all);
+    // A Null object field reads as a new collection: no value text to write, and no error.
+    const std::u16string text = field_of(exObject, u"Obj")->XMLAttribute(encode, all);
     EXPECT_EQ(std::tuple(text.find(u" Value="), text.find(u" Name=\"Obj\"")), std::tuple(std::u16string::npos, size_t{0}));
 }
 
@@ -165,8 +149,7 @@ TEST_F(Metadata, ParseReadsBackWhatXMLAttributeWrote) {
         auto copy = field_of(exLong, u"Otro");
         EXPECT_TRUE(copy->Parse(encode, text));
         EXPECT_EQ(copy->get_Caption(), u"Código Ó € \u1000 \"x\" <y> & z.") << automation::utf16_to_utf8(encode);
-        EXPECT_EQ(props(*copy, "Name,DataType,Size,Required,Redondeo,Value,Position"),
-                  R"("Codigo"|1014|10|True|2|"AB/1"|-1)");
+        EXPECT_EQ(props(*copy, "Name,DataType,Size,Required,Redondeo,Value,Position"), R"("Codigo"|1014|10|True|2|"AB/1"|-1)");
     }
 }
 
@@ -180,8 +163,8 @@ TEST_F(Metadata, ParseRaisesTheAttributeReadersErrorsAfterApplyingWhatCameBefore
         f->let_Caption(u"Antes");
         std::u16string encode, text = given;
         const auto e = error_of([&] { f->Parse(encode, text); });
-        EXPECT_EQ(std::tuple(e.source(), e.description(), f->get_Caption()),
-                  std::tuple(std::u16string(u"XMLReadAttribute"), std::u16string(description), std::u16string(u"Nuevo")));
+        EXPECT_EQ(std::tuple(e.number(), e.source(), e.description(), f->get_Caption()),
+                  std::tuple(-2147221504, std::u16string(u"XMLReadAttribute"), std::u16string(description), std::u16string(u"Nuevo")));
     }
     std::u16string encode, text = u"Mask=\"x\" Caption=\"a&lt;b\"";
     EXPECT_TRUE(f->Parse(encode, text)) << "unknown names are passed over";

@@ -52,8 +52,7 @@ TEST(Validate, WithoutArgumentJudgesTheStoredValue) {
 }
 
 TEST(ValidateRequired, AppendsTheMessagesOfMissingValuesAndValuesOutsideTheList) {
-    const std::u16string null_message =
-        u"El campo Talla no puede contener un valor nulo. Escriba un valor en este campo.\r\n";
+    const std::u16string null_message = u"El campo Talla no puede contener un valor nulo. Escriba un valor en este campo.\r\n";
     const auto outside = [](const char16_t* item) {
         return u"[ " + std::u16string(item) +
                u" ] no hace parte de la lista de valores del campo Talla. Escriba un valor valido en este campo.\r\n";

@@ -164,7 +164,7 @@ TEST(FieldValue, AStoredNullReadsAsTheTypesEmptyValue) {
     auto fields = field_of(exFields);
     fields->let_DefaultValue(Variant::null());
     fields->SetNew();
-    EXPECT_NE(fields->get_Value().object_as<collections::clsCeldos>(), nullptr);
+    EXPECT_NE(fields->get_Value().object_as<clsCeldos>(), nullptr);
 }
 
 TEST(FieldValue, UpdatedAcceptsOrForgetsTheOldValueAndComparesTextIgnoringCase) {

@@ -60,6 +60,17 @@ automation::AutomationError error_of(F&& body) {
     return automation::AutomationError(0, u"", u"");
 }
 
+// What `body` raised as "source: description", or "ok" when it raised nothing.
+template <class F>
+std::u16string outcome(F&& body) {
+    try {
+        body();
+    } catch (const automation::AutomationError& e) {
+        return e.source() + u": " + e.description();
+    }
+    return u"ok";
+}
+
 // Rows of a call already made and the answer it must have given; a failure names its row.
 template <class T>
 void expect_rows(std::initializer_list<std::pair<T, T>> rows) {
