@@ -17,13 +17,17 @@ std::u16string values(const clsCeldos& c) {
 
 class State : public ::testing::Test {
 protected:
+    // Fields added to `c`, each with its type and, unless Empty, its value.
+    static void fill(clsCeldos& c, std::initializer_list<std::tuple<const char16_t*, ExDataType, Variant>> fields) {
+        for (const auto& [name, type, value] : fields) add_field(c, name, type, value.is_empty() ? kNone : value);
+    }
     Ref<clsCeldos> row = make_ref<clsCeldos>();
     Ref<clsCeldos> other = make_ref<clsCeldos>();
 };
 
 TEST_F(State, WalksReachEveryField) {
-    add_field(*row, u"A", exText, Variant(u"a"));
-    add_field(*row, u"B", exLong, Variant(2))->let_DefaultValue(Variant(7));
+    fill(*row, {{u"A", exText, u"a"}, {u"B", exLong, 2}});
+    row->at(1).let_DefaultValue(Variant(7));
     row->at(0).let_Value(Variant(u"changed"));
 
     row->CancelUpdate();
@@ -45,53 +49,40 @@ TEST_F(State, WalksReachEveryField) {
 }
 
 TEST_F(State, ChangeOperatorPreparesLoadsAndSearches) {
-    add_field(*row, u"Texto");
-    add_field(*row, u"Fecha", exDate);
-    add_field(*row, u"Numero", exLong);
-    add_field(*row, u"Activo", exBoolean);
-    auto operators = [&] {
-        std::u16string out;
-        for (size_t i = 0; i < row->size(); ++i) out += row->at(i).get_Operator() + u";";
-        return out;
-    };
-    row->ChangeOperator(exFind);
-    // Assigned through each field's Operator, which keeps LIKE in capitals.
-    EXPECT_EQ(operators(), u"LIKE;LIKE;LIKE;=;") << "never >=";
-    row->ChangeOperator(exFilter);
-    row->ChangeOperator(exDefault);
-    row->ChangeOperator(static_cast<TypeOperator>(42));
-    EXPECT_EQ(operators(), u"LIKE;LIKE;LIKE;=;");
-    row->ChangeOperator(exLoad);
-    EXPECT_EQ(operators(), u"=;=;=;=;");
+    fill(*row, {{u"Texto", exText, {}}, {u"Fecha", exDate, {}}, {u"Numero", exLong, {}}, {u"Activo", exBoolean, {}}});
+    std::u16string property = u"Operator", delimiter = u";";
+    // Assigned through each field's Operator, which keeps LIKE in capitals; never >=.
+    const std::pair<TypeOperator, const char16_t*> steps[] = {
+        {exFind, u"LIKE;LIKE;LIKE;="}, {exFilter, u"LIKE;LIKE;LIKE;="}, {exDefault, u"LIKE;LIKE;LIKE;="},
+        {static_cast<TypeOperator>(42), u"LIKE;LIKE;LIKE;="}, {exLoad, u"=;=;=;="}};
+    for (const auto& [kind, expected] : steps) {
+        row->ChangeOperator(kind);
+        EXPECT_EQ(row->ClipNames(property, delimiter), expected) << kind;
+    }
 }
 
-TEST_F(State, AssingGoesByPositionAndKeepsTheAuditFields) {
-    add_field(*row, u"Codigo", exLong, Variant(1));
-    add_field(*row, u"NFecha", exText, Variant(u"keep"));
-    add_field(*row, u"Nombre", exText, Variant(u"old"));
-    add_field(*row, u"Resto", exText, Variant(u"untouched"));
-    add_field(*other, u"Otro", exText, Variant(u"42"))->let_DefaultValue(Variant(u"9"));
-    add_field(*other, u"nfecha", exText, Variant(u"lost"));
-    add_field(*other, u"Cualquiera", exText, Variant(u"new"));
+// Assing goes by position, with the default, past the audit fields; Update goes by name
+// through a property.
+TEST_F(State, AssingGoesByPositionAndKeepsTheAuditFieldsUpdateByNameThroughAProperty) {
+    fill(*row, {{u"Codigo", exLong, 1}, {u"NFecha", exText, u"keep"}, {u"Nombre", exText, u"old"}, {u"Resto", exText, u"untouched"}});
+    fill(*other, {{u"Otro", exText, u"42"}, {u"nfecha", exText, u"lost"}, {u"Cualquiera", exText, u"new"}});
+    other->at(0).let_DefaultValue(Variant(u"9"));
     row->Assing(other);
     EXPECT_EQ(values(*row), u"42,keep,new,untouched") << "names do not matter; the audit name is skipped";
     EXPECT_EQ(row->at(0).get_DefaultValue(), Variant(u"9")) << "the default comes along";
-
     Ref<clsCeldos> nothing;
     EXPECT_EQ(error_of([&] { row->Assing(nothing); }).number(), 91);
-}
 
-TEST_F(State, UpdateGoesByNameThroughAProperty) {
-    add_field(*row, u"Codigo", exLong, Variant(1));
-    add_field(*row, u"Nombre", exText, Variant(u"old"));
-    add_field(*other, u"NOMBRE", exText, Variant(u"new"))->let_Caption(u"Título");
-    add_field(*other, u"Ajeno", exText, Variant(u"ignored"));
-    row->Update(other, u"Value");
-    EXPECT_EQ(values(*row), u"1,new");
-    row->Update(other, u"Caption");
-    EXPECT_EQ(row->at(1).get_Value(), Variant(u"Título"));
-    row->Update(other, u"NoSuchProperty");
-    EXPECT_TRUE(row->at(1).get_OriginalValue().is_empty()) << "an unknown property reads Empty";
+    other = make_ref<clsCeldos>();
+    fill(*other, {{u"NOMBRE", exText, u"nuevo"}, {u"Ajeno", exText, u"ignored"}});
+    other->at(0).let_Caption(u"Título");
+    const std::pair<const char16_t*, const char16_t*> updates[] = {
+        {u"Value", u"42,keep,nuevo,untouched"}, {u"Caption", u"42,keep,Título,untouched"},
+        {u"NoSuchProperty", u"42,keep,-,untouched"}};  // an unknown property reads Empty
+    for (const auto& [property, expected] : updates) {
+        row->Update(other, property);
+        EXPECT_EQ(values(*row), expected) << automation::utf16_to_utf8(property);
+    }
 }
 
 TEST_F(State, ValidateRequiredChecksByEditMode) {
