@@ -1,4 +1,4 @@
-// The reader primitives and the attribute reader's errors.
+// The attribute reader, and which names it takes.
 #include "xml/reader.hpp"
 
 #include <gtest/gtest.h>
@@ -7,23 +7,6 @@
 
 namespace celdo::xml {
 namespace {
-
-TEST(Reader, ScanningPrimitives) {
-    celdo::testing::expect_rows<std::u16string>({
-        // From the position to the delimiter; without one, nothing or (to the end) the rest.
-        {text_up_to(u"abc=def", u"=", 0, false), u"abc"}, {text_up_to(u"abc=def", u";", 0, false), u""},
-        {text_up_to(u"abc=def", u";", 0, true), u"abc=def"}, {text_up_to(u"abc=def", u"=", 3, false), u""},
-        {text_up_to(u"abc=def", u"e", 4, false), u"d"}, {text_up_to(u"abc", u"=", 9, true), u""},
-        {strip_blanks(u"  a b\r\n\tc  "), u"ab\tc"},  // tabs stay
-    });
-    for (const char16_t* good : {u"1abc", u"a:b", u"año\tx"}) EXPECT_TRUE(is_valid_name(good));
-    for (const char16_t* bad : {u"", u"a b", u"a\nb", u"a\rb", u"a/b", u"a\"b", u"a&b", u"a<b", u"a>b", u"a'b"})
-        EXPECT_FALSE(is_valid_name(bad)) << automation::utf16_to_utf8(bad);
-    // A value may not hold its own quote or an angle bracket.
-    const std::tuple<const char16_t*, char16_t, bool> values[] = {
-        {u"a&lt;b", u'"', true}, {u"it's", u'"', true}, {u"it's", u'\'', false}, {u"a<b", u'"', false}, {u"a>b", u'"', false}};
-    for (const auto& [value, quote, valid] : values) EXPECT_EQ(is_valid_attribute_value(value, quote), valid);
-}
 
 TEST(ReadAttribute, ReadsNameAndValueAndStopsOnTheClosingQuote) {
     size_t position = 0;
@@ -43,6 +26,9 @@ TEST(ReadAttribute, ReadsNameAndValueAndStopsOnTheClosingQuote) {
     position = 0;
     const std::u16string bytes = u"v=\"" + std::u16string{195, 177} + u"&amp;lt;\"";
     EXPECT_EQ(read_attribute(u"ISO-8859-1", position, bytes).value, u"ñ<") << "entities twice, then the bytes";
+    for (const char16_t* good : {u"1abc", u"a:b", u"año\tx"}) EXPECT_TRUE(is_valid_name(good));
+    for (const char16_t* bad : {u"", u"a b", u"a\nb", u"a\rb", u"a/b", u"a\"b", u"a&b", u"a<b", u"a>b", u"a'b"})
+        EXPECT_FALSE(is_valid_name(bad)) << automation::utf16_to_utf8(bad);
 }
 
 }  // namespace
