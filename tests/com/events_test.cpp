@@ -12,14 +12,12 @@ namespace {
 TEST(Events, ChanceIsRaisedWhenTheValueChangesToAdvisedSinksUntilTheyLeave) {
     auto field = create<_clsCeldo>(CLSID_clsCeldo);
     ComPtr<IProvideClassInfo2> info;
-    ComPtr<IConnectionPointContainer> container;
     ComPtr<IConnectionPoint> none;
     GUID source{};
     ASSERT_EQ(field->QueryInterface(IID_IProvideClassInfo2, info.out_void()), S_OK);
     ASSERT_EQ(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source), S_OK);
     EXPECT_TRUE(IsEqualGUID(source, DIID___clsCeldo));
-    ASSERT_EQ(field->QueryInterface(IID_IConnectionPointContainer, container.out_void()), S_OK);
-    EXPECT_EQ(container->FindConnectionPoint(IID_IDispatch, none.out()), CONNECT_E_NOCONNECTION);
+    EXPECT_EQ(find_point(field.get(), IID_IDispatch, none), CONNECT_E_NOCONNECTION);
     RecordingSink sink(DIID___clsCeldo);
     Connection connection(field.get(), DIID___clsCeldo, &sink);
     ASSERT_TRUE(connection.advised);
@@ -55,10 +53,8 @@ TEST(Events, PagesAskForTheirRowsAndTellWhenACellOfTheirControlIsEntered) {
     RecordingSink sink(DIID___Apuntadores);
     Connection connection(pages.get(), DIID___Apuntadores, &sink);
     ASSERT_TRUE(connection.advised);
-    ComPtr<IConnectionPointContainer> grid_points;
     ComPtr<IConnectionPoint> grid_point;
-    ASSERT_EQ(grid->QueryInterface(IID_IConnectionPointContainer, grid_points.out_void()), S_OK);
-    ASSERT_EQ(grid_points->FindConnectionPoint(DIID___Probe, grid_point.out()), S_OK);
+    ASSERT_EQ(find_point(grid.get(), DIID___Probe, grid_point), S_OK);
     const auto listening = [&] {
         ComPtr<IEnumConnections> each;
         CONNECTDATA data;
