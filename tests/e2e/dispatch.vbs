@@ -18,7 +18,7 @@ CheckEqual p.Describe(7, , "x"), "Size=7;Position=-1;Label=x;Extra=Missing;Mode=
 
 s = "  padded  ": n = "41"
 p.Tidy s: p.Bump n
-CheckEqual s & n & " " & VarType(n), "padded42 " & vbLong, "a String and a Long by reference come back, in their declared types"
+CheckEqual s & n & " " & VarType(n), "padded42 " & vbLong, "a String and a Long by reference come back, typed as declared"
 s = "  kept  "
 p.Tidy (s)
 CheckEqual s, "  kept  ", "parentheses pass a copy"
