@@ -114,8 +114,8 @@ CheckEqual row.Item("Nombre").Value & "," & row.Item("Ciudad").Value, "Eva,10", 
 Set fso = CreateObject("Scripting.FileSystemObject")
 path = fso.BuildPath(fso.GetSpecialFolder(2), "celdo-test.bmp")
 fso.CreateTextFile(path, True).Write "BM" & Chr(58) & String(7, Chr(0)) & Chr(54) & String(3, Chr(0)) & Chr(40) & _
-    String(3, Chr(0)) & Chr(1) & String(3, Chr(0)) & Chr(1) & String(3, Chr(0)) & Chr(1) & Chr(0) & Chr(24) & String(5, Chr(0)) & _
-    Chr(4) & String(19, Chr(0)) & Chr(16) & Chr(32) & Chr(48) & Chr(0)
+    String(3, Chr(0)) & Chr(1) & String(3, Chr(0)) & Chr(1) & String(3, Chr(0)) & Chr(1) & Chr(0) & Chr(24) & _
+    String(5, Chr(0)) & Chr(4) & String(19, Chr(0)) & Chr(16) & Chr(32) & Chr(48) & Chr(0)
 row.Item("Foto").RowSource = path
 row.Item("Foto").Value = "x"
 svc.FillForm frm, row, "Cliente"
