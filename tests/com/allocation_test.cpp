@@ -16,9 +16,7 @@ struct Faults {
     Faults() = default;
     Faults(const Faults&) = delete;
     Faults& operator=(const Faults&) = delete;
-    ~Faults() {
-        if (module) FreeLibrary(module);
-    }
+    ~Faults() { if (module) FreeLibrary(module); }
     template <class F>
     F* entry(const char* name) const {
         return module ? reinterpret_cast<F*>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;

@@ -21,11 +21,17 @@ namespace celdo::testing {
 // Full Windows path of the DLL under test (the program's last argument).
 const std::wstring& dll_path();
 
-// What the loaded Celdo.dll's DllCanUnloadNow answers (COM loaded it from its registered path).
+// An entry point of the DLL under test, which stays loaded for the rest of the run.
+template <class F>
+F* entry_point(const char* name) {
+    static const HMODULE module = LoadLibraryW(dll_path().c_str());
+    return reinterpret_cast<F*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+// What the DLL's DllCanUnloadNow answers.
 inline HRESULT can_unload_now() {
-    HMODULE module = GetModuleHandleW(L"Celdo.dll");
-    auto entry = module ? GetProcAddress(module, "DllCanUnloadNow") : nullptr;
-    return entry ? reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(reinterpret_cast<void*>(entry))() : E_FAIL;
+    auto entry = entry_point<HRESULT STDAPICALLTYPE()>("DllCanUnloadNow");
+    return entry ? entry() : E_FAIL;
 }
 
 // Every creatable class, by the name that follows "Celdo." in its ProgID.
@@ -97,9 +103,10 @@ inline VARIANT object(IDispatch* d) {  // a new reference to d (Nothing for null
 }
 
 // A late-bound call as a script makes it: arguments in source order, cleared by the call; a
-// property put passes its value as the named argument DISPID_PROPERTYPUT.
+// property put passes its value as the named argument DISPID_PROPERTYPUT. `refused` is told
+// which argument a failed call refused.
 inline HRESULT invoke(IDispatch* object, const wchar_t* name, std::vector<VARIANT> args, WORD flags, VARIANT* result,
-                      EXCEPINFO* error) {
+                      EXCEPINFO* error, UINT* refused = nullptr) {
     LPOLESTR names[] = {const_cast<LPOLESTR>(name)};
     DISPID id = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
     HRESULT hr = object->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
@@ -107,10 +114,17 @@ inline HRESULT invoke(IDispatch* object, const wchar_t* name, std::vector<VARIAN
         std::vector<VARIANT> reversed(args.rbegin(), args.rend());
         const bool puts = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
         DISPPARAMS params{reversed.data(), puts ? &put : nullptr, static_cast<UINT>(reversed.size()), puts ? 1u : 0u};
-        hr = object->Invoke(id, IID_NULL, 0, flags, &params, result, error, nullptr);
+        hr = object->Invoke(id, IID_NULL, 0, flags, &params, result, error, refused);
     }
     for (VARIANT& a : args) VariantClear(&a);
     return hr;
+}
+
+// The name of a type or of its member `id` (or, with `help`, its help string).
+inline std::wstring doc(ITypeInfo* info, MEMBERID id = MEMBERID_NIL, bool help = false) {
+    Bstr text;
+    if (info) info->GetDocumentation(id, help ? nullptr : text.out(), help ? text.out() : nullptr, nullptr, nullptr);
+    return text.str();
 }
 
 // "source|description" of the error object the last call left on this thread; empty for none.
@@ -177,14 +191,17 @@ private:
     IID events_;
 };
 
+// The connection point for `events` of `source` into `point`.
+inline HRESULT find_point(IUnknown* source, REFIID events, ComPtr<IConnectionPoint>& point) {
+    ComPtr<IConnectionPointContainer> container;
+    const HRESULT hr = source->QueryInterface(IID_IConnectionPointContainer, container.out_void());
+    return hr == S_OK ? container->FindConnectionPoint(events, point.out()) : hr;
+}
+
 // `sink` advised on the connection point for `events` of `source` for as long as this lives.
 struct Connection {
-    Connection(IUnknown* source, REFIID events, IUnknown* sink) {
-        ComPtr<IConnectionPointContainer> container;
-        if (source->QueryInterface(IID_IConnectionPointContainer, container.out_void()) == S_OK)
-            container->FindConnectionPoint(events, point.out());
-        advised = point && point->Advise(sink, &cookie) == S_OK;
-    }
+    Connection(IUnknown* source, REFIID events, IUnknown* sink)
+        : advised(find_point(source, events, point) == S_OK && point->Advise(sink, &cookie) == S_OK) {}
     ~Connection() { if (advised) point->Unadvise(cookie); }
     HRESULT unadvise() { return advised = false, point->Unadvise(cookie); }
     ComPtr<IConnectionPoint> point;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <objbase.h>
-#include <shellapi.h>
 
 #include "tests/com/com_test.hpp"
 
@@ -14,18 +13,15 @@ std::wstring g_dll;
 const std::wstring& dll_path() { return g_dll; }
 }  // namespace celdo::testing
 
-int main(int argc, char** argv) {
+int wmain(int argc, wchar_t** argv) {
     testing::InitGoogleTest(&argc, argv);
-    int wargc = 0;
-    LPWSTR* wargv = CommandLineToArgvW(GetCommandLineW(), &wargc);
-    if (wargc < 2) {
-        fprintf(stderr, "usage: %s <path of the DLL>\n", argv[0]);
+    if (argc < 2) {
+        fwprintf(stderr, L"usage: %ls <path of the DLL>\n", argv[0]);
         return 2;
     }
     wchar_t full[MAX_PATH];
-    GetFullPathNameW(wargv[wargc - 1], MAX_PATH, full, nullptr);
+    GetFullPathNameW(argv[argc - 1], MAX_PATH, full, nullptr);
     celdo::testing::g_dll = full;
-    LocalFree(wargv);
     CoInitialize(nullptr);
     const int result = RUN_ALL_TESTS();
     CoUninitialize();

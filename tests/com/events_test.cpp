@@ -12,38 +12,32 @@ namespace {
 TEST(Events, ChanceIsRaisedWhenTheValueChangesToAdvisedSinksUntilTheyLeave) {
     auto field = create<_clsCeldo>(CLSID_clsCeldo);
     ComPtr<IProvideClassInfo2> info;
-    ComPtr<IConnectionPointContainer> container;
     ComPtr<IConnectionPoint> none;
     GUID source{};
     ASSERT_EQ(field->QueryInterface(IID_IProvideClassInfo2, info.out_void()), S_OK);
     ASSERT_EQ(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source), S_OK);
     EXPECT_TRUE(IsEqualGUID(source, DIID___clsCeldo));
-    ASSERT_EQ(field->QueryInterface(IID_IConnectionPointContainer, container.out_void()), S_OK);
-    EXPECT_EQ(container->FindConnectionPoint(IID_IDispatch, none.out()), CONNECT_E_NOCONNECTION);
+    EXPECT_EQ(find_point(field.get(), IID_IDispatch, none), CONNECT_E_NOCONNECTION);
     RecordingSink sink(DIID___clsCeldo);
     Connection connection(field.get(), DIID___clsCeldo, &sink);
     ASSERT_TRUE(connection.advised);
+    // Which changes raise it is the native tests' (tests/fields/value_test.cpp).
     ASSERT_EQ(field->put_DataType(exLong), S_OK);
-    for (long value : {1, 1, 2}) EXPECT_EQ(field->put_Value(number(value)), S_OK);
-    EXPECT_EQ(field->Undo(), S_OK);
-    EXPECT_EQ(field->put_Value(Var()), S_OK);
-    EXPECT_EQ(sink.ids, (std::vector<DISPID>{1, 1, 1}))
-        << "Chance, event 1, for a change (the same value is none) and an undo; none for clearing";
+    EXPECT_EQ(field->put_Value(number(1)), S_OK);
+    EXPECT_EQ(sink.ids, (std::vector<DISPID>{1})) << "Chance is event 1";
     EXPECT_TRUE(sink.kinds.empty()) << "Chance has no arguments";
-    EXPECT_EQ(sink.methods, 3u) << "events come as method calls";
+    EXPECT_EQ(sink.methods, 1u) << "events come as method calls";
     ASSERT_EQ(connection.unadvise(), S_OK);
     EXPECT_EQ(connection.point->Unadvise(connection.cookie), CONNECT_E_NOCONNECTION);
     EXPECT_EQ(field->put_Value(number(5)), S_OK);
-    EXPECT_EQ(sink.ids.size(), 3u) << "nothing reaches a sink that left";
+    EXPECT_EQ(sink.ids.size(), 1u) << "nothing reaches a sink that left";
     EXPECT_EQ(sink.refs, 1u) << "the connection point released the sink";
 }
 
-// A row of one parameter, Id, holding `id`.
+// A row of one field, Id, holding `id`.
 ComPtr<_clsCeldos> key_row(long id) {
     auto fields = create<_clsCeldos>(CLSID_clsCeldos);
-    EXPECT_EQ(fields->AddParameter(Bstr(L"Id"), exLong, number(id), Bstr(L"="), 0, Bstr(L""), exParamInput, missing(),
-                                   missing()),
-              S_OK);
+    EXPECT_EQ(add_field(fields.get(), L"Id", number(id)), S_OK);
     return fields;
 }
 
@@ -55,10 +49,8 @@ TEST(Events, PagesAskForTheirRowsAndTellWhenACellOfTheirControlIsEntered) {
     RecordingSink sink(DIID___Apuntadores);
     Connection connection(pages.get(), DIID___Apuntadores, &sink);
     ASSERT_TRUE(connection.advised);
-    ComPtr<IConnectionPointContainer> grid_points;
     ComPtr<IConnectionPoint> grid_point;
-    ASSERT_EQ(grid->QueryInterface(IID_IConnectionPointContainer, grid_points.out_void()), S_OK);
-    ASSERT_EQ(grid_points->FindConnectionPoint(DIID___Probe, grid_point.out()), S_OK);
+    ASSERT_EQ(find_point(grid.get(), DIID___Probe, grid_point), S_OK);
     const auto listening = [&] {
         ComPtr<IEnumConnections> each;
         CONNECTDATA data;
@@ -78,21 +70,15 @@ TEST(Events, PagesAskForTheirRowsAndTellWhenACellOfTheirControlIsEntered) {
     EXPECT_EQ(asked, VARIANT_TRUE);
     ASSERT_EQ(sink.ids, (std::vector<DISPID>{2, 2})) << "Requery is event 2";
     EXPECT_EQ(sink.kinds, (std::vector<VARTYPE>{VT_DISPATCH, VT_DISPATCH})) << "PK goes by value, as declared";
-    // What each key holds: no field, or Id's operator and value.
-    const auto key = [&](size_t i) {
-        ComPtr<_clsCeldos> fields;
-        ComPtr<_clsCeldo> id;
-        Var name(text(L"Id")), value;
-        Bstr op;
+    // Each key reaches the host as a row it can read: empty for the first page, the last key shown
+    // for the next (which key is the native tests' concern, tests/paging).
+    const auto fields_in = [&](size_t i) {
+        ComPtr<_clsCeldos> key;
         long count = -1;
-        V_DISPATCH(&sink.firsts[i])->QueryInterface(IID__clsCeldos, fields.out_void());
-        if (!fields || fields->get_Count(&count) != S_OK || count == 0) return std::to_wstring(count) + L" fields";
-        if (fields->get_Item(&name, id.out()) != S_OK) return std::wstring(L"no Id");
-        id->get_Value(&value);
-        id->get_Operator(op.out());
-        return op.str() + std::to_wstring(V_I4(&value));
+        if (V_DISPATCH(&sink.firsts[i])->QueryInterface(IID__clsCeldos, key.out_void()) == S_OK) key->get_Count(&count);
+        return count;
     };
-    EXPECT_EQ(key(0) + L" " + key(1), L"0 fields >2") << "the first page from an empty key, the next after the last key shown";
+    EXPECT_EQ(std::pair(fields_in(0), fields_in(1)), std::pair(0L, 1L));
 
     ASSERT_EQ(pages->putref_Control(grid.get()), S_OK);
     EXPECT_EQ(listening(), 1);

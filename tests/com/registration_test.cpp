@@ -49,11 +49,9 @@ TEST(Registration, EachProgIdLeadsToAnApartmentClassOfThisDllThatTheTypeLibraryD
                   progid + guid_text(LIBID_Celdo));
         ComPtr<ITypeInfo> coclass;
         TYPEATTR* attr = nullptr;
-        Bstr shown;
         ASSERT_EQ(library->GetTypeInfoOfGuid(*expected, coclass.out()), S_OK) << name;
         ASSERT_EQ(coclass->GetTypeAttr(&attr), S_OK);
-        coclass->GetDocumentation(MEMBERID_NIL, shown.out(), nullptr, nullptr, nullptr);
-        EXPECT_EQ(shown.str(), name);
+        EXPECT_EQ(doc(coclass.get()), name);
         EXPECT_TRUE(attr->typekind == TKIND_COCLASS && (attr->wTypeFlags & TYPEFLAG_FCANCREATE)) << "creatable " << name;
         coclass->ReleaseTypeAttr(attr);
     }
@@ -66,21 +64,19 @@ TEST(Activation, AnObjectAnswersToItsInterfacesAndRefusesAggregation) {
     auto object = create(CLSID_Constants);
     ComPtr<_Constants> dual;
     ComPtr<ISupportErrorInfo> errors;
-    ComPtr<IConnectionPointContainer> events;
+    ComPtr<IConnectionPoint> events;
     ComPtr<IProvideClassInfo> provide;
     ComPtr<ITypeInfo> cls;
-    Bstr class_name;
     ASSERT_EQ(object->QueryInterface(IID__Constants, dual.out_void()), S_OK);
     ASSERT_EQ(object->QueryInterface(IID_ISupportErrorInfo, errors.out_void()), S_OK);
     EXPECT_EQ(errors->InterfaceSupportsErrorInfo(IID__Constants), S_OK);
-    EXPECT_EQ(object->QueryInterface(IID_IConnectionPointContainer, events.out_void()), E_NOINTERFACE)
+    EXPECT_EQ(find_point(object.get(), IID_IDispatch, events), E_NOINTERFACE)
         << "a class without events offers no connection points";
     ASSERT_EQ(object->QueryInterface(IID_IProvideClassInfo, provide.out_void()), S_OK);
     ASSERT_EQ(provide->GetClassInfo(cls.out()), S_OK);
-    cls->GetDocumentation(MEMBERID_NIL, class_name.out(), nullptr, nullptr, nullptr);
     UINT count = 0;
     EXPECT_EQ(object->GetTypeInfoCount(&count), S_OK);
-    EXPECT_EQ(class_name.str() + L" " + std::to_wstring(count), L"Constants 1");
+    EXPECT_EQ(doc(cls.get()) + L" " + std::to_wstring(count), L"Constants 1");
     LPOLESTR names[] = {const_cast<LPOLESTR>(L"exText")};  // a constant, not a member
     DISPID id = 0;
     DISPPARAMS none{nullptr, nullptr, 0, 0};
@@ -113,27 +109,20 @@ TEST(Activation, TheModuleMayUnloadWhenNoObjectOrLockIsLeft) {
     EXPECT_EQ(can_unload_now(), S_OK);
 }
 
-class Module : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_NE(module_, nullptr); }
-    void TearDown() override { FreeLibrary(module_); }
-    HRESULT install(BOOL on, const wchar_t* command) {
-        auto entry = GetProcAddress(module_, "DllInstall");
-        return entry ? reinterpret_cast<HRESULT(STDAPICALLTYPE*)(BOOL, LPCWSTR)>(reinterpret_cast<void*>(entry))(on, command)
-                     : E_FAIL;
-    }
-    HMODULE module_ = LoadLibraryW(dll_path().c_str());
-};
+HRESULT install(BOOL on, const wchar_t* command) {
+    auto entry = entry_point<HRESULT STDAPICALLTYPE(BOOL, LPCWSTR)>("DllInstall");
+    return entry ? entry(on, command) : E_FAIL;
+}
 
-TEST_F(Module, ExportsTheServerEntryPointsAndRefusesAnUnknownInstallCommand) {
+TEST(Module, ExportsTheServerEntryPointsAndRefusesAnUnknownInstallCommand) {
     for (const char* name : {"DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer", "DllInstall"})
-        EXPECT_NE(GetProcAddress(module_, name), nullptr) << name;
+        EXPECT_NE(entry_point<void()>(name), nullptr) << name;
     EXPECT_EQ(install(TRUE, L"everyone"), E_INVALIDARG);
 }
 
 // Per user, everything goes under the user's classes and comes out again, except what the other
 // platform's build, registered beside this one, still needs.
-TEST_F(Module, PerUserRegistrationWritesAndRemovesOnlyUnderTheUsersClasses) {
+TEST(Module, PerUserRegistrationWritesAndRemovesOnlyUnderTheUsersClasses) {
     const std::wstring platform = kUser + kLibrary + L"\\1.0\\0\\", other = platform + kPlatforms[1];
     ASSERT_EQ(install(TRUE, L"user"), S_OK);
     EXPECT_EQ(registry_text(HKEY_CURRENT_USER, kUser + kConstants + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");

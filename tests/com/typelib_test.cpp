@@ -65,33 +65,34 @@ protected:
         ASSERT_EQ(LoadTypeLibEx(dll_path().c_str(), REGKIND_NONE, library_.out()), S_OK)
             << "the DLL carries no readable type library";
     }
-    static std::wstring doc(ITypeInfo* info, MEMBERID id, bool help = false) {
-        Bstr text;
-        info->GetDocumentation(id, help ? nullptr : text.out(), help ? text.out() : nullptr, nullptr, nullptr);
-        return text.str();
+    // Calls `visit` with every type the library holds, by name, with its attributes.
+    template <class F>
+    void for_each_type(F visit) {
+        for (UINT i = 0; i < library_->GetTypeInfoCount(); ++i) {
+            ComPtr<ITypeInfo> info;
+            TYPEATTR* attr = nullptr;
+            ASSERT_EQ(library_->GetTypeInfo(i, info.out()), S_OK);
+            ASSERT_EQ(info->GetTypeAttr(&attr), S_OK);
+            visit(info.get(), doc(info.get()), *attr);
+            info->ReleaseTypeAttr(attr);
+        }
     }
     ComPtr<ITypeLib> library_;
 };
 
 TEST_F(TypeLibrary, PublishesEveryEnumerationWithItsMembersInOrder) {
     std::map<std::wstring, std::wstring> found;
-    for (UINT i = 0; i < library_->GetTypeInfoCount(); ++i) {
-        ComPtr<ITypeInfo> info;
-        TYPEATTR* attr = nullptr;
-        library_->GetTypeInfo(i, info.out());
-        info->GetTypeAttr(&attr);
-        std::wstring& members = found[attr->typekind == TKIND_ENUM ? doc(info.get(), MEMBERID_NIL) : L""];
-        for (WORD v = 0; attr->typekind == TKIND_ENUM && v < attr->cVars; ++v) {
+    for_each_type([&](ITypeInfo* info, const std::wstring& type, const TYPEATTR& attr) {
+        if (attr.typekind != TKIND_ENUM) return;
+        std::wstring& members = found[type];
+        for (WORD v = 0; v < attr.cVars; ++v) {
             VARDESC* var = nullptr;
             info->GetVarDesc(v, &var);
             EXPECT_EQ(var->varkind == VAR_CONST && V_VT(var->lpvarValue) == VT_I4, true);
-            members += (members.empty() ? L"" : L" ") + doc(info.get(), var->memid) + L"=" +
-                       std::to_wstring(V_I4(var->lpvarValue));
+            members += (members.empty() ? L"" : L" ") + doc(info, var->memid) + L"=" + std::to_wstring(V_I4(var->lpvarValue));
             info->ReleaseVarDesc(var);
         }
-        info->ReleaseTypeAttr(attr);
-    }
-    found.erase(L"");
+    });
     EXPECT_EQ(found.size(), std::size(kEnumerations));
     for (const auto& [name, members] : kEnumerations) EXPECT_EQ(found[name], spelt_out(members));
 }
@@ -115,30 +116,24 @@ TEST_F(TypeLibrary, EveryTypeAndMemberDescribesItselfAndTheServiceKeepsItsIds) {
     std::map<std::wstring, std::wstring> sample;
     std::map<MEMBERID, std::wstring> service;
     size_t members = 0, service_slots = 0;
-    for (UINT i = 0; i < library_->GetTypeInfoCount(); ++i) {
-        ComPtr<ITypeInfo> info;
-        TYPEATTR* attr = nullptr;
-        library_->GetTypeInfo(i, info.out());
-        const std::wstring type = doc(info.get(), MEMBERID_NIL);
-        sample[type] = doc(info.get(), MEMBERID_NIL, true);
+    for_each_type([&](ITypeInfo* info, const std::wstring& type, const TYPEATTR& attr) {
+        sample[type] = doc(info, MEMBERID_NIL, true);
         EXPECT_NE(sample[type], L"") << std::string(type.begin(), type.end());
-        ASSERT_EQ(info->GetTypeAttr(&attr), S_OK);
-        if (type == L"_ISService") service_slots = attr->cFuncs;
-        for (WORD f = 0; attr->typekind == TKIND_DISPATCH && f < attr->cFuncs; ++f) {
+        if (type == L"_ISService") service_slots = attr.cFuncs;
+        for (WORD f = 0; attr.typekind == TKIND_DISPATCH && f < attr.cFuncs; ++f) {
             FUNCDESC* func = nullptr;
             ASSERT_EQ(info->GetFuncDesc(f, &func), S_OK);
             // The seven members of IUnknown and IDispatch are the platform's.
-            if (func->oVft >= static_cast<SHORT>(7 * sizeof(void*)) || !(attr->wTypeFlags & TYPEFLAG_FDUAL)) {
-                const std::wstring member = type + L"." + doc(info.get(), func->memid);
-                sample[member] = doc(info.get(), func->memid, true);
+            if (func->oVft >= static_cast<SHORT>(7 * sizeof(void*)) || !(attr.wTypeFlags & TYPEFLAG_FDUAL)) {
+                const std::wstring member = type + L"." + doc(info, func->memid);
+                sample[member] = doc(info, func->memid, true);
                 EXPECT_NE(sample[member], L"") << std::string(member.begin(), member.end());
-                if (type == L"_ISService") service[func->memid] = doc(info.get(), func->memid);
+                if (type == L"_ISService") service[func->memid] = doc(info, func->memid);
                 ++members;
             }
             info->ReleaseFuncDesc(func);
         }
-        info->ReleaseTypeAttr(attr);
-    }
+    });
     EXPECT_GT(members, 200u);
     EXPECT_EQ(sample[L"clsCeldo"], L"A field: a column, a parameter or a node of a field tree, with its metadata and value");
     EXPECT_EQ(sample[L"_clsCeldo.Value"], L"The value, validated and converted to the field's type");

@@ -1,8 +1,8 @@
-' The member machinery as VBScript meets it, on the test probe: subtypes across a Variant, the
-' default member, omitted optional arguments, by-reference write-back into script variables,
-' identity, arrays both ways, indexed properties, For Each and errors as the script sees them.
-' The rules have native tests (automation/dispatch_test.cpp).
-Dim p, q, v, s, n, item, grid
+' The member machinery as VBScript meets it, on the test probe: subtypes across a Variant, Set on
+' the default member, omitted arguments, by-reference write-back, arrays, indexed properties and
+' errors as the script sees them. The rules have native tests (automation/dispatch_test.cpp); the
+' real classes show the rest (fields.vbs, services.vbs, paging.vbs).
+Dim p, q, s, n, grid
 Set p = CreateObject("CeldoProbe.Probe")
 Set q = CreateObject("CeldoProbe.Probe")
 
@@ -12,40 +12,21 @@ CheckEqual VarType(p.Echo(1)) & VarType(p.Echo(100000)) & VarType(p.Echo(CCur(1)
 
 ' (Assigning to the object variable itself reaches the default member on Windows; Wine's
 ' VBScript replaces the variable.)
-p.Value = "by default"
-v = p
-CheckEqual v, "by default", "reading the object reads the default member"
 Set p.Value = q
 Check p.Value Is q, "Set on the default member stores the object"
 CheckEqual p.Describe(7, , "x"), "Size=7;Position=-1;Label=x;Extra=Missing;Mode=2;Flag=True", "arguments left out, one in the middle"
 
 s = "  padded  ": n = "41"
 p.Tidy s: p.Bump n
-CheckEqual s & n, "padded42", "a String and a Long by reference come back"
-CheckEqual VarType(n), vbLong, "in their declared types"
+CheckEqual s & n & " " & VarType(n), "padded42 " & vbLong, "a String and a Long by reference come back, typed as declared"
 s = "  kept  "
 p.Tidy (s)
 CheckEqual s, "  kept  ", "parentheses pass a copy"
-q.Text = "old": Set v = q
-p.Renew v
-CheckEqual v.Text & " " & (v Is q), "renewed old " & False, "an object by reference is replaced"
-Set p.Partner = q
-Check p.Itself Is p And p.Partner Is q, "an object comes back as itself"
 
 grid = p.Grid(3, 2)
 CheckEqual UBound(grid, 1) & "," & UBound(grid, 2) & " " & grid(2, 1), "2,1 21", "an array comes as columns by rows"
-ReDim grid(2, 1)
-grid(0, 0) = "first": grid(2, 1) = "last"
-CheckEqual p.Shape(grid), "0..2,0..1 first=first last=last", "a script array arrives with its shape"
 p.Cell(1, 2) = "x"
 CheckEqual p.Cell(1, 2) & "|" & p.Cell(2, 1), "x|", "an indexed property takes its indexes in order"
-
-p.Add "a": p.Add 2
-s = ""
-For Each item In p
-    s = s & item & ";"
-Next
-CheckEqual s, "a;2;", "For Each"
 
 On Error Resume Next
 p.Raise -2147221504, "Celdo_Codigo", "Tipo de dato no válido"

@@ -1,8 +1,8 @@
 ' Forms, lists, image combos, toolbars, list-view transfers and data grids from VBScript against
 ' real COM, through the control doubles disguised by the test probe. The rules have native tests
 ' (tests/services); this keeps what only a script host shows: the form's controls walked through
-' the platform's own enumerator, nested calls into the host's objects, a field's refusal reaching
-' the script, the platform's picture loader, and every member called once by name.
+' the platform's enumerator, calls into the host's objects, a field's refusal reaching the script,
+' the platform's picture loader, and every member called once by name.
 ' include: ../../examples/doubles/controls.vbs
 ' include: shared/services.vbs
 
@@ -35,7 +35,7 @@ Class DataGridDouble
     Public Sub RemoveAll(): Lines = "": End Sub
 End Class
 
-Dim svc, probe, da, raw, row, frm, txt, msk, cbo, img, other, fso, bmp, path, lv1, lv2, tb, index, grid, gridRaw, i
+Dim svc, probe, da, raw, row, frm, txt, msk, cbo, img, other, fso, path, lv1, lv2, tb, index, grid, gridRaw, i
 
 Set svc = CreateObject("Celdo.ISService")
 Set probe = CreateObject("CeldoProbe.Probe")
@@ -113,11 +113,9 @@ CheckEqual row.Item("Nombre").Value & "," & row.Item("Ciudad").Value, "Eva,10", 
 ' missing file is skipped quietly.
 Set fso = CreateObject("Scripting.FileSystemObject")
 path = fso.BuildPath(fso.GetSpecialFolder(2), "celdo-test.bmp")
-Set bmp = fso.CreateTextFile(path, True)
-bmp.Write "BM" & Chr(58) & String(7, Chr(0)) & Chr(54) & String(3, Chr(0)) & Chr(40) & String(3, Chr(0)) & _
-    Chr(1) & String(3, Chr(0)) & Chr(1) & String(3, Chr(0)) & Chr(1) & Chr(0) & Chr(24) & String(5, Chr(0)) & _
-    Chr(4) & String(19, Chr(0)) & Chr(16) & Chr(32) & Chr(48) & Chr(0)
-bmp.Close
+fso.CreateTextFile(path, True).Write "BM" & Chr(58) & String(7, Chr(0)) & Chr(54) & String(3, Chr(0)) & Chr(40) & _
+    String(3, Chr(0)) & Chr(1) & String(3, Chr(0)) & Chr(1) & String(3, Chr(0)) & Chr(1) & Chr(0) & Chr(24) & _
+    String(5, Chr(0)) & Chr(4) & String(19, Chr(0)) & Chr(16) & Chr(32) & Chr(48) & Chr(0)
 row.Item("Foto").RowSource = path
 row.Item("Foto").Value = "x"
 svc.FillForm frm, row, "Cliente"

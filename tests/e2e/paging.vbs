@@ -21,14 +21,13 @@ first.AddParameter "Serie", exText, "B"
 first.AddParameter "Numero", exLong, 1
 Set page = pages.Add(first, first)
 CheckEqual page.Index & " " & pages.Count, "2 2", "Add with its optional arguments left out"
-Check pages.Current Is page And pages("uno") Is pages.Item(1), "one object behind each path to a page"
+Set pages.Control = header
+Check pages.Current Is page And pages("uno") Is pages.Item(1) And pages.Control Is header, "one object behind every path"
 text = ""
 For Each p In pages
     text = text & p.Index & ":" & p.Key & ";"
 Next
 CheckEqual text, "1:uno;2:;", "For Each walks the pages in order"
-Set pages.Control = header
-Check pages.Control Is header, "the control shown"
 ' Their Requery goes unheard here: what they answer, and a new filter starting over.
 CheckEqual pages.Avanzar() & "," & pages.Retroceder(), True & "," & True, "Avanzar and Retroceder ask for a page"
 pages.Remove "uno"

@@ -1,8 +1,7 @@
 ' The helpers, list views, flex grids and trees from VBScript against real COM, through script
 ' doubles disguised by the test probe. The rules have native tests (tests/services); this keeps
-' what only a script host shows: arguments written back by reference both ways, omitted
-' arguments, a control's error passed on or swallowed, the data-access object's lifetime, and
-' every member called once by name.
+' what only a script host shows: arguments written back by reference both ways, omitted ones, a
+' control's error passed on or swallowed, the data-access object's lifetime, every member by name.
 ' include: ../../examples/doubles/controls.vbs
 ' include: shared/services.vbs
 
@@ -112,9 +111,8 @@ svc.ExecFillListView probe.Disguise(raw, "_ListView"), 0, "Select", exOpenStatic
 ' Booleans and numbers reach the doubles' texts in the settings' own words and decimal sign.
 CheckEqual da.Received & " as " & da.Types, "Select,5273,0," & True & ",2," & True & ",0 as 8,3,3,9,2,9,3", _
     "every argument, typed as the service declares them"
-Check params Is outParams And rows = 25, "the parameters and the row limit the host wrote come back to the caller"
-CheckEqual raw.ListItems.Listing & " under " & raw.ColumnHeaders.Listing, ":1|Ana| under Id:Id; Name:Name", _
-    "the rows filled under the header the host wrote, whatever the status"
+CheckEqual rows & " " & (params Is outParams) & " " & raw.ListItems.Listing & " under " & raw.ColumnHeaders.Listing, _
+    "25 " & True & " :1|Ana| under Id:Id; Name:Name", "the parameters, row limit and header the host wrote, whatever the status"
 svc.ExecFillListView probe.Disguise(New ListViewDouble, "_ListView"), 0, "Select", exOpenStatic
 CheckEqual da.Received, "Select,5273,0," & True & ",0," & True & ",0", "omitted arguments go as their defaults"
 Set raw = New ListViewDouble
