@@ -10,12 +10,14 @@
 #include "automation/enumerator.hpp"
 #include "automation/late_binding.hpp"
 #include "tests/probe/Probe.hpp"
+#include "tests/support/fake_host.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {
 
 using celdo::testing::error_of;
+using celdo::testing::Fake;
 using tests::probe::Probe;
 
 class Dispatch : public ::testing::Test {
@@ -34,7 +36,9 @@ TEST_F(Dispatch, MembersResolveByNameInAnyCaseAndEachAccessorAnswersItsKind) {
     EXPECT_EQ(obj().invoke(text, kMethod, {}), Variant(u"hola"));  // how JScript reads
     EXPECT_EQ(obj().invoke(text, kGet, {}), Variant(u"hola"));
     EXPECT_FALSE(obj().invoke(describe, kGet, {}).is_empty());  // how VBScript reads x = o.F
-    EXPECT_EQ(error_of([&] { get(obj(), u"Nonexistent"); }).number(), 438);
+    const AutomationError unknown = error_of([&] { get(obj(), u"Nonexistent"); });
+    EXPECT_EQ(std::tuple(unknown.number(), unknown.description()),
+              std::tuple(438, std::u16string(u"Object doesn't support this property or method")));
     EXPECT_EQ(error_of([&] { let(obj(), u"Count", {5}); }).number(), 438);  // read-only
     EXPECT_EQ(error_of([&] { get(obj(), u"Ring"); }).number(), 449) << "a Sub read as a property needs its argument";
 }
@@ -179,6 +183,30 @@ TEST_F(Dispatch, EventsReachThePeer) {
     constexpr int32_t rang = tests::probe::events::Probe::Rang;
     EXPECT_EQ(recorder.events, (std::vector<int32_t>{rang, rang}));
     EXPECT_EQ(recorder.values, (std::vector<Variant>{Variant(1), Variant(2)}));
+}
+
+TEST(LateBinding, EachKindOfCallReachesTheObjectAsSuch) {
+    auto host = make_ref<Fake>(u"TextBox", "tb");
+    host->props["Text"] = u"hola";
+    EXPECT_EQ(get(*host, u"Text"), Variant(u"hola"));
+    let(*host, u"Text", {u"adiós"});
+    set(*host, u"Font", {Variant(Ref<Object>(make_ref<Fake>(u"Font")))});
+    call(*host, u"Cell", {1, 2});
+    EXPECT_EQ(host->lines(), R"(tb: Get Text; tb: Let Text = "adiós"; tb: Set Font = Object; tb: Call Cell(1, 2))");
+    EXPECT_EQ(host->props["Text"], Variant(u"adiós"));
+}
+
+TEST(LateBinding, ByReferenceArgumentsComeBackAndValuesStayTheCallers) {
+    auto data = make_ref<Fake>(u"DataAccess");
+    data->on["ExecFillArray"] = [](std::span<Argument> args) {
+        EXPECT_EQ(std::tuple(args[0].by_ref, args[1].by_ref), std::tuple(false, true));
+        args[0].value = Variant(99);
+        args[1].value = Variant(-1);  // the host reports a failure through its status
+        return Variant(u"rows");
+    };
+    Variant kept(1), status(0);
+    EXPECT_EQ(call(*data, u"ExecFillArray", {kept, ByRef{status}}), Variant(u"rows"));
+    EXPECT_EQ(std::tuple(kept, status), std::tuple(Variant(1), Variant(-1)));
 }
 
 TEST(ClassTables, DeclarationOrderGivesMemberIdsAndTheDefaultsAreSpecial) {

@@ -4,6 +4,7 @@
 
 #include "automation/clock.hpp"
 #include "automation/recognize.hpp"
+#include "automation/textops.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
@@ -20,9 +21,30 @@ TEST(TextFunctions, NullPropagatesTrimTakesSpacesOnlyAndCaseCoversAccents) {
         {Trim(Null), Null}, {LTrim(Null), Null}, {RTrim(Null), Null}, {UCase(Null), Null}, {LCase(Null), Null},
         {Len(Null), Null}, {Left(Null, 2), Null}, {Mid(Null, 1), Null}, {InStr(Null, u"a"), Null},
         {Trim(u"  a b  "), u"a b"}, {Trim(u"\ta\t"), u"\ta\t"}, {LTrim(u"  a  "), u"a  "}, {RTrim(u"  a  "), u"  a"},
+        {Trim(u"    "), u""}, {LTrim(u"    "), u""}, {RTrim(u"    "), u""}, {LTrim(u"\t a"), u"\t a"}, {RTrim(u"a \t"), u"a \t"},
         {Trim(int16_t{5}), u"5"}, {Trim(Variant()), u""},  // numbers and Empty are read as text
         {UCase(u"ñandú çava"), u"ÑANDÚ ÇAVA"}, {LCase(u"ÁRBOL Ñ"), u"árbol ñ"}, {UCase(u"ÿ"), u"Ÿ"},
     });
+}
+
+TEST(Case, MapsLettersBeyondAsciiAndLeavesTheRest) {
+    // Ā/ā and Ă/ă alternate in one block: each maps only its own partner.
+    const std::pair<char16_t, char16_t> pairs[] = {
+        {u'a', u'A'}, {u'ñ', u'Ñ'}, {u'á', u'Á'}, {u'ü', u'Ü'}, {u'ç', u'Ç'}, {u'ω', u'Ω'}, {u'ж', u'Ж'},
+        {u'\u0101', u'\u0100'}, {u'\u0103', u'\u0102'},
+        {u'1', u'1'}, {u'-', u'-'}, {u'ß', u'ß'}, {u'€', u'€'}, {u'中', u'中'},  // no case of their own
+    };
+    for (auto [lower, upper] : pairs) {
+        EXPECT_EQ(std::u16string({upper_char(lower), upper_char(upper), lower_char(upper), lower_char(lower)}),
+                  std::u16string({upper, upper, lower, lower}));
+    }
+}
+
+TEST(Utf, ConvertsBothWaysIncludingSurrogates) {
+    const std::u16string text = u"año 𝄞 €";
+    EXPECT_EQ(utf8_to_utf16(utf16_to_utf8(text)), text);
+    EXPECT_EQ(utf16_to_utf8(u"ñ"), "\xC3\xB1");
+    EXPECT_EQ(utf8_to_utf16("\xFF"), u"\uFFFD") << "a malformed byte reads as the replacement character";
 }
 
 TEST(TextFunctions, PiecesAndPositions) {

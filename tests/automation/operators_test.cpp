@@ -25,7 +25,8 @@ TEST(Compare, ByTheLanguagesRules) {
         {2147483647, 2147483647.5, Binary, Less}, {5, u"5", Binary, Less}, {u"1", 99, Binary, Greater},
         // Text by code unit, or ignoring case but not accents.
         {u"abc", u"ABC", Binary, Greater}, {u"abc", u"ABC", Text, Equal}, {u"ñandú", u"ÑANDÚ", Text, Equal},
-        {u"a", u"á", Text, Less}, {u"ab", u"abc", Text, Less},
+        {u"a", u"á", Text, Less}, {u"ab", u"abc", Text, Less}, {u"abc", u"ABD", Text, Less}, {u"b", u"A", Text, Greater},
+        {u"CÓDIGO", u"código", Text, Equal}, {u"codigo", u"código", Text, Less}, {u"", u"", Text, Equal},
     };
     for (const auto& [a, b, mode, expected] : cases)
         EXPECT_EQ(compare(a, b, mode), expected) << debug_string(a) << " " << debug_string(b);

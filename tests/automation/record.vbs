@@ -98,6 +98,7 @@ Sub Run(row)
     Case "Currency": probe.Amount = v: got = probe.Amount
     Case "Boolean": probe.Flag = v: got = probe.Flag
     Case "Date": probe.When = v: got = probe.When
+    Case "String": probe.Text = v: got = probe.Text
     Case Else: got = field.Redondear(v, CInt(Mid(row(1), 7)))
     End Select
     name = "line " & lineNumber & ": " & row(1) & " of " & row(2)

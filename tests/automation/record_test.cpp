@@ -82,7 +82,7 @@ Variant convert(std::string_view conversion, const Variant& input, const Locale&
     const std::pair<std::string_view, VarType> types[] = {
         {"Byte", VarType::Byte},     {"Integer", VarType::Integer}, {"Long", VarType::Long},
         {"Single", VarType::Single}, {"Double", VarType::Double},   {"Currency", VarType::Currency},
-        {"Boolean", VarType::Boolean}, {"Date", VarType::Date}};
+        {"Boolean", VarType::Boolean}, {"Date", VarType::Date},   {"String", VarType::String}};
     for (const auto& [name, type] : types) {
         if (name == conversion) return change_type(input, type, locale);
     }
