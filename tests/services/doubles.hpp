@@ -21,13 +21,28 @@ inline Variant collection(std::vector<Variant> items, int32_t base = 1) {
     return c;
 }
 
+// An object-valued property of `owner` that is an empty collection counted from `base`.
+inline Fake& holder(Fake& owner, const std::string& name, std::string label, int32_t base = 1) {
+    Fake& kept = owner.kid(name, std::move(label));
+    kept.items.emplace();
+    kept.base = base;
+    return kept;
+}
+
+// A new item of `holder`'s collection, on its log, holding `props`.
+inline Fake& add(Fake& holder, std::string label, std::map<std::string, Variant> props = {}) {
+    auto item = make_ref<Fake>(u"Object", std::move(label), holder.log);
+    item->props = std::move(props);
+    holder.items->push_back(item);
+    return *item;
+}
+
 // A list view in report view, 6330 twips wide (6000 to share), with `columns` headers "C".
 inline Control list_view(int columns = 0) {
     auto lv = make_ref<Fake>(u"ListView", "lv");
     lv->props["Width"] = 6330.0;
-    lv->kid("ListItems", "items").items.emplace();
-    Fake& headers = lv->kid("ColumnHeaders", "headers");
-    headers.items.emplace();
+    holder(*lv, "ListItems", "items");
+    Fake& headers = holder(*lv, "ColumnHeaders", "headers");
     for (int i = 0; i < columns; ++i) fake(headers.items->emplace_back(collection({})).object()).props["Text"] = u"C";
     return lv;
 }
@@ -107,32 +122,46 @@ inline Ref<Fake> control(const char16_t* type, const std::string& name, const Lo
 // A form whose Controls collection walks `controls`, sharing their log.
 inline Control form(const std::vector<Ref<Fake>>& controls, const Log& log) {
     auto f = make_ref<Fake>(u"Form", "frm", log);
-    auto& walked = f->kid("Controls", "controls").items.emplace();
-    for (const auto& c : controls) walked.push_back(Variant(Ref<automation::Object>(c)));
+    f->kid("Controls", "controls").items.emplace(controls.begin(), controls.end());
     return f;
 }
 
 // Makes `list` keep its items as a list or combo box does: AddItem, Clear, ListCount,
 // NewIndex, ItemData(i), ListIndex, and Text (also its default member) for the chosen item.
-inline void keeps_items(Fake& list) {
+inline Ref<Fake> keeps_items(Ref<Fake> list) {
     struct Items { std::vector<Variant> texts, data; int32_t index = -1; };
     auto st = std::make_shared<Items>();
+    using Args = std::span<Argument>;
     const auto at = [st](const Argument& a) { return static_cast<size_t>(automation::to_long(a.value)); };
-    list.on["AddItem"] = [st](std::span<Argument> a) { st->texts.push_back(a[0].value), st->data.push_back(0); return Variant(); };
-    list.on["Clear"] = [st](std::span<Argument>) { *st = {}; return Variant(); };
-    list.on["ListCount"] = [st](std::span<Argument>) { return Variant(static_cast<int32_t>(st->texts.size())); };
-    list.on["NewIndex"] = [st](std::span<Argument>) { return Variant(static_cast<int32_t>(st->texts.size()) - 1); };
-    list.on["ItemData"] = [st, at](std::span<Argument> a) {
+    list->on["AddItem"] = [st](Args a) { st->texts.push_back(a[0].value), st->data.push_back(0); return Variant(); };
+    list->on["Clear"] = [st](Args) { *st = {}; return Variant(); };
+    list->on["ListCount"] = [st](Args) { return Variant(static_cast<int32_t>(st->texts.size())); };
+    list->on["NewIndex"] = [st](Args) { return Variant(static_cast<int32_t>(st->texts.size()) - 1); };
+    list->on["ItemData"] = [st, at](Args a) {
         if (a.size() == 2) st->data.at(at(a[0])) = automation::to_long(a[1].value);  // a Long, as a list keeps it
         return st->data.at(at(a[0]));
     };
-    list.on["ListIndex"] = [st](std::span<Argument> a) {
+    list->on["ListIndex"] = [st](Args a) {
         if (!a.empty()) st->index = automation::to_long(a[0].value);
         return Variant(st->index);
     };
-    list.on["Text"] = list.on["Value"] = [st](std::span<Argument>) {
+    list->on["Text"] = list->on["Value"] = [st](Args) {
         return st->index >= 0 ? st->texts.at(static_cast<size_t>(st->index)) : Variant(u"");
     };
+    return list;
+}
+
+// What was done to the objects whose labels start with `label`, in order, without their labels,
+// reads, "Let " or "Call ": "Add(Missing, "K1", "a"); Tag = "t"; Refresh(); Set Picture = ...".
+inline std::string writes(const Fake& f, const std::string& label) {
+    std::string out;
+    for (const std::string& line : *f.log) {
+        size_t at = line.find(": ") + 2;
+        if (line.rfind(label, 0) != 0 || line.compare(at, 4, "Get ") == 0) continue;
+        at += line.compare(at, 4, "Let ") == 0 ? 4 : line.compare(at, 5, "Call ") == 0 ? 5 : 0;
+        out += (out.empty() ? "" : "; ") + line.substr(at);
+    }
+    return out;
 }
 
 struct Service : ::testing::Test {

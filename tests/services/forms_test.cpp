@@ -31,40 +31,24 @@ std::string values(const Fields& row, std::initializer_list<const char16_t*> nam
     return out;
 }
 
-// What was done to a control, without its label and without reads: "Let Text = "Ana"; ...".
-std::string writes(const Fake& c, const std::string& label) {
-    std::string out;
-    for (const std::string& line : *c.log) {
-        if (line.rfind(label + ": ", 0) != 0 || line.find(": Get ") != std::string::npos) continue;
-        out += (out.empty() ? "" : "; ") + line.substr(label.size() + 2);
-    }
-    return out;
-}
-
 // An option set whose buttons carry these option values.
 Ref<Fake> option_set(const std::string& name, const Log& log, std::vector<Variant> values) {
     auto set = control(u"SSDBOptSet", name, log);
-    auto& buttons = set->kid("Buttons", "buttons").items.emplace();
-    for (size_t i = 0; i < values.size(); ++i) {
-        auto button = make_ref<Fake>(u"Object", "b" + std::to_string(i), log);
-        button->props["OptionValue"] = values[i];
-        buttons.push_back(Variant(Ref<automation::Object>(button)));
-    }
-    set->kid("Buttons").base = 0;
+    Fake& buttons = holder(*set, "Buttons", "buttons", 0);
+    for (size_t i = 0; i < values.size(); ++i) add(buttons, "b" + std::to_string(i), {{"OptionValue", values[i]}});
     return set;
 }
 
 TEST_F(ServiceForms, FillFormWritesEachFamily) {
     const std::tuple<const char16_t*, const char*, const char16_t*, std::string> cases[] = {
         // type, name, data field: what the control receives
-        {u"Label", "lblNombre", u"", R"(Let Caption = "Nombre del cliente")"},
-        {u"TextBox", "txtNombre", u"", R"(Let ForeColor = 8735488; Let MaxLength = 40; Let Text = "Ana")"},
-        {u"MaskEdBox", "mskEdad", u"", R"(Let ForeColor = 8735488; Let MaxLength = 0; Let Text = "30")"},
-        {u"txtFnd", "txtFndPais", u"Pais", R"(Let ForeColor = 8735488; Let MaxLength = 0; Let Text = "2"; Let Title = "Dos")"},
-        {u"RichTextBox", "rtfNota", u"", R"(Let TextRTF = "")"},
-        {u"CheckBox", "chkActivo", u"", "Let ForeColor = 8735488; Let Value = 1"},
-        {u"CheckBox", "chkX", u"Baja", "Let ForeColor = 8735488; Let Value = 0"},
-        {u"DTPicker", "dtpAlta", u"", R"(Let CalendarForeColor = 8735488; Let Value = "3/9/2024")"},
+        {u"Label", "lblNombre", u"", R"(Caption = "Nombre del cliente")"}, {u"RichTextBox", "rtfNota", u"", R"(TextRTF = "")"},
+        {u"TextBox", "txtNombre", u"", R"(ForeColor = 8735488; MaxLength = 40; Text = "Ana")"},
+        {u"MaskEdBox", "mskEdad", u"", R"(ForeColor = 8735488; MaxLength = 0; Text = "30")"},
+        {u"txtFnd", "txtFndPais", u"Pais", R"(ForeColor = 8735488; MaxLength = 0; Text = "2"; Title = "Dos")"},
+        {u"CheckBox", "chkActivo", u"", "ForeColor = 8735488; Value = 1"},
+        {u"CheckBox", "chkX", u"Baja", "ForeColor = 8735488; Value = 0"},
+        {u"DTPicker", "dtpAlta", u"", R"(CalendarForeColor = 8735488; Value = "3/9/2024")"},
         {u"dtp", "dtpBaja", u"", ""},  // no value: the picker keeps its own
         {u"Image", "imgFoto", u"", R"(Set Picture = "picture of c:\foto.bmp")"},
         {u"CommandButton", "cmdNombre", u"", ""},  // not a bound control
@@ -77,31 +61,23 @@ TEST_F(ServiceForms, FillFormWritesEachFamily) {
     Control frm = form(controls, log);
     Fields row = customer();
     s.FillForm(frm, row, u"", false);
-    for (size_t i = 0; i < std::size(cases); ++i) {
-        const char* name = std::get<1>(cases[i]);
-        EXPECT_EQ(writes(*controls[i], name), std::get<3>(cases[i])) << name;
-    }
-    EXPECT_EQ(writes(fake(frm), "b0") + writes(fake(frm), "b1") + writes(fake(frm), "b2"),
-              "Let Value = FalseLet Value = TrueLet Value = True");
+    for (const auto& [type, name, field, expected] : cases) EXPECT_EQ(writes(fake(frm), name), expected) << name;
+    EXPECT_EQ(writes(fake(frm), "b"), "Value = False; Value = True; Value = True");
 }
 
 TEST_F(ServiceForms, ListsAndImageCombosAreFilledFromTheRowSourceThenSelected) {
     const Log log = std::make_shared<std::vector<std::string>>();
-    auto list = control(u"ComboBox", "cboPais", log), plain = control(u"ListBox", "lstNombre", log);
-    keeps_items(*list);
-    keeps_items(*plain);
+    auto list = keeps_items(control(u"ComboBox", "cboPais", log)), plain = keeps_items(control(u"ListBox", "lstNombre", log));
     for (const char16_t* text : {u"Luis", u"ana"}) automation::call(*plain, u"AddItem", {text});
     auto combo = control(u"icbo", "icbPais", log);
-    combo->kid("ComboItems", "items").items.emplace();
+    holder(*combo, "ComboItems", "items");
     Control frm = form({list, plain, combo}, log);
     Fields row = customer();
     s.FillForm(frm, row, u"", false);
     // Items with identifiers are chosen by ItemData, plain ones by their text.
-    EXPECT_EQ(std::tuple(render(automation::get(*list, u"ListCount")), render(automation::get(*list, u"ListIndex")), render(automation::get(*list, u"Text"))),
-              std::tuple(std::string("2"), std::string("1"), std::string("\"Dos\"")));
-    EXPECT_EQ(render(automation::get(*plain, u"Text")), "\"ana\"");
+    EXPECT_EQ(props(*list, "ListCount,ListIndex,Text") + " " + props(*plain, "Text"), R"(2|1|"Dos" "ana")");
     EXPECT_EQ(shown(combo, "ComboItems"), "K1: Uno; K2: Dos; K: {Ninguno}");
-    EXPECT_EQ(writes(*combo, "icbPais"), R"(Let ForeColor = 8735488; Let Caption = "Pais"; Call Refresh())");
+    EXPECT_EQ(writes(*combo, "icbPais"), R"(ForeColor = 8735488; Caption = "Pais"; Refresh())");
     EXPECT_EQ(fake(frm).lines("Selected"), "item1: Let Selected = True; item2: Let Selected = True");
     // A value that no item stands for leaves nothing selected; a required field offers no "{Ninguno}".
     field_in(row, u"Pais")->let_Value(7);
@@ -155,17 +131,15 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     const Log log = std::make_shared<std::vector<std::string>>();
     auto text = control(u"TextBox", "txtNombre", log), masked = control(u"MaskEdBox", "mskEdad", log),
          check = control(u"CheckBox", "chkActivo", log), picker = control(u"DTPicker", "dtpAlta", log),
-         list = control(u"ListBox", "lstPais", log), label = control(u"Label", "lblNota", log),
-         plain = control(u"ListBox", "lstNota", log);
+         list = keeps_items(control(u"ListBox", "lstPais", log)), label = control(u"Label", "lblNota", log),
+         plain = keeps_items(control(u"ListBox", "lstNota", log));
     text->props["Text"] = u"Luis";
     std::tie(masked->props["Text"], masked->props["ClipText"]) = std::tuple(Variant(u"4-5"), Variant(u"45"));
     check->props["Value"] = 0;
     picker->props["Value"] = kAlta;
-    keeps_items(*list);
     automation::call(*list, u"AddItem", {u"Uno"});
     automation::let(*list, u"ItemData", {0, 1});
     automation::let(*list, u"ListIndex", {0});
-    keeps_items(*plain);
     automation::call(*plain, u"AddItem", {u"x"});  // no identifiers, nothing chosen: Nota is left as it is
     Control frm = form({text, masked, check, picker, list, label, plain}, log);
     Fields row = customer();
@@ -199,8 +173,8 @@ TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
     };
     for (const auto& [key, text, chosen, expected] : cases) {
         auto item = make_ref<Fake>(u"Object", "item", log);
-        std::tie(item->props["Key"], item->props["Text"]) = std::tuple(Variant(key ? key : u""), Variant(text ? text : u""));
-        combo->props["SelectedItem"] = key ? Variant(Ref<automation::Object>(item)) : Variant::nothing();
+        item->props = {{"Key", key ? key : u""}, {"Text", text ? text : u""}};
+        combo->props["SelectedItem"] = key ? Variant(item) : Variant::nothing();
         for (int i = 0; i < 3; ++i) fake(options->kid("Buttons").items->at(i).object()).props["Value"] = i == chosen;
         Fields row = customer();
         const auto pais = field_in(row, u"Pais");
@@ -217,16 +191,16 @@ TEST_F(ServiceForms, PaintFormKeepsDesignersColours) {
     constexpr int32_t face = static_cast<int32_t>(0x8000000F), text = static_cast<int32_t>(0x80000012);
     const std::tuple<const char16_t*, int32_t, int32_t, int, std::string> cases[] = {
         // type, BackColor, ForeColor, BackStyle: what is set
-        {u"TextBox", face, 0, 1, "Let BackColor = 16767692; Let ForeColor = 8735488"}, {u"MaskEdBox", 255, 0, 1, ""},
-        {u"Label", face, text, 0, "Let BackStyle = 0; Let ForeColor = 8735488"},
-        {u"Label", face, 0, 1, "Let BackStyle = 0; Let ForeColor = 8735488"},
+        {u"TextBox", face, 0, 1, "BackColor = 16767692; ForeColor = 8735488"}, {u"MaskEdBox", 255, 0, 1, ""},
+        {u"Label", face, text, 0, "BackStyle = 0; ForeColor = 8735488"},
+        {u"Label", face, 0, 1, "BackStyle = 0; ForeColor = 8735488"},
         {u"Label", face, 0, 0, ""}, {u"Label", 255, text, 1, ""},
-        {u"CommandButton", face, 0, 1, "Let BackColor = 16767692; Let MaskColor = 16767692"},
-        {u"Frame", face, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"}, {u"Frame", 0, 0, 1, ""},
-        {u"SSTab", face, 0, 1, "Let BackColor = 255"}, {u"SSTab", 0, 0, 1, ""},
-        {u"OptionButton", 0, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},
-        {u"CheckBox", 0, 0, 1, "Let Appearance = 0; Let BackColor = 255; Let ForeColor = 8735488"},
-        {u"MSFlexGrid", 0, 0, 1, "Let BackColorBkg = 16777215"}, {u"MSHFlexGrid", 0, 0, 1, "Let BackColorBkg = 16777215"},
+        {u"CommandButton", face, 0, 1, "BackColor = 16767692; MaskColor = 16767692"},
+        {u"Frame", face, 0, 1, "Appearance = 0; BackColor = 255; ForeColor = 8735488"}, {u"Frame", 0, 0, 1, ""},
+        {u"SSTab", face, 0, 1, "BackColor = 255"}, {u"SSTab", 0, 0, 1, ""},
+        {u"OptionButton", 0, 0, 1, "Appearance = 0; BackColor = 255; ForeColor = 8735488"},
+        {u"CheckBox", 0, 0, 1, "Appearance = 0; BackColor = 255; ForeColor = 8735488"},
+        {u"MSFlexGrid", 0, 0, 1, "BackColorBkg = 16777215"}, {u"MSHFlexGrid", 0, 0, 1, "BackColorBkg = 16777215"},
         {u"ImageCombo", face, 0, 1, ""}, {u"SSDBOptSet", face, 0, 1, ""},
     };
     s.let_BackColor(255);
@@ -234,15 +208,14 @@ TEST_F(ServiceForms, PaintFormKeepsDesignersColours) {
     std::vector<Ref<Fake>> controls;
     for (size_t i = 0; i < std::size(cases); ++i) {
         const auto& [type, back, fore, style, expected] = cases[i];
-        controls.push_back(control(type, "c" + std::to_string(i), log));
-        std::tie(controls[i]->props["BackColor"], controls[i]->props["ForeColor"], controls[i]->props["BackStyle"]) =
-            std::tuple(Variant(back), Variant(fore), Variant(style));
+        controls.push_back(control(type, "c" + std::to_string(10 + i), log));  // no label begins another
+        controls[i]->props.insert({{"BackColor", back}, {"ForeColor", fore}, {"BackStyle", style}});
     }
     Control frm = form(controls, log);
     s.PaintForm(frm);
-    EXPECT_EQ(writes(fake(frm), "frm"), "Let BackColor = 255; Let ForeColor = 8735488");
+    EXPECT_EQ(writes(fake(frm), "frm"), "BackColor = 255; ForeColor = 8735488");
     for (size_t i = 0; i < std::size(cases); ++i)
-        EXPECT_EQ(writes(*controls[i], "c" + std::to_string(i)), std::get<4>(cases[i])) << i;
+        EXPECT_EQ(writes(*controls[i], "c" + std::to_string(10 + i)), std::get<4>(cases[i])) << i;
     // The first control that lacks a member ends the painting, quietly.
     log->clear();
     controls[0]->on["BackColor"] = refuse;
@@ -273,10 +246,8 @@ TEST_F(ServiceForms, EntriesMoveBetweenListViewsAndDataGrids) {
     s.SawpListViewGrid(moved, target, grid, u";");
     EXPECT_EQ(grid->lines("grid"), R"(grid: Let FieldSeparator = ";"; grid: Call AddItem("a;b;c"))");
 
-    Fake& columns = grid->kid("Columns", "cols");
-    columns.items.emplace();
-    columns.base = 0;
-    for (const char16_t* cell : {u"x", u"y", u"z"}) fake(columns.items->emplace_back(collection({})).object()).props["Value"] = cell;
+    Fake& columns = holder(*grid, "Columns", "cols", 0);
+    for (const char16_t* cell : {u"x", u"y", u"z"}) add(columns, "cell", {{"Value", cell}});
     int16_t row = 4;
     grid->log->clear();
     s.SawpGridListView(row, grid, target, u"!");
@@ -296,10 +267,8 @@ TEST_F(ServiceForms, ExecFillGridLaysColumnsOutFromTheHeader) {
     };
     for (const auto& [fields, status, expected] : cases) {
         auto grid = make_ref<Fake>(u"SSDBGrid", "grid");
-        Fake& columns = grid->kid("Columns", "cols");
-        columns.base = 0;
-        columns.items.emplace();
-        for (int i = 0; i < 2; ++i) columns.items->push_back(make_ref<Fake>(u"Object", "c" + std::to_string(i), grid->log));
+        Fake& columns = holder(*grid, "Columns", "cols", 0);
+        for (const char* label : {"c0", "c1"}) add(columns, label);
         s.set_Ex(data_access(true, matrix({{1, u"a"}, {2, Variant::null()}}), fields, status));
         Fields parameters;
         s.ExecFillGrid(grid, u"Select", 0, 0, u"!", parameters);

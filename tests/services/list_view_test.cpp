@@ -7,14 +7,6 @@ namespace {
 using namespace testing;
 using ServiceListViews = Service;
 
-// The calls on a list's items: "Add(...); Tag = ...; SubItems(1) = ...".
-std::string item_calls(const Control& lv) {
-    std::string out;
-    for (const std::string& line : *fake(lv).log)
-        if (line.rfind("item", 0) == 0) out += (out.empty() ? "" : "; ") + line.substr(line[4] == 's' ? 12 : 11);
-    return out;
-}
-
 TEST_F(ServiceListViews, AddListItemCutsPiecesIntoTextSubItemsAndTag) {
     const std::tuple<const char16_t*, const char16_t*, const char16_t*, int, int32_t, const char*> cases[] = {
         // key, info, separator, columns, icon: the calls on the item
@@ -34,7 +26,7 @@ TEST_F(ServiceListViews, AddListItemCutsPiecesIntoTextSubItemsAndTag) {
         Control view = list_view(columns);
         if (columns < 0) fake(view).kid("ColumnHeaders").on["Count"] = refuse;
         s.AddListItem(view, key, icon, -1, info, separator, u"t");
-        EXPECT_EQ(item_calls(view), expected) << automation::utf16_to_utf8(info);
+        EXPECT_EQ(writes(fake(view), "item"), expected) << automation::utf16_to_utf8(info);
     }
 }
 
@@ -131,8 +123,7 @@ TEST_F(ServiceListViews, DBGridColumnHeadersCountFromZeroAndTheCollectionsError9
           {0, "item1: Let Width = 312; item2: Let Width = 312; item3: Let Width = 312"}}) {
         auto grid = make_ref<Fake>(u"DataGrid", "grid");
         grid->props["Width"] = 1250.0;
-        grid->kid("Columns", "columns").items.emplace();
-        grid->kid("Columns").base = 0;
+        holder(*grid, "Columns", "columns", 0);
         Control captions = collection({u"A", u"B", u"C"}, base).object();
         EXPECT_EQ(error_of([&] { s.DBGridColumnHeaders(grid, captions); }).number(), 9);
         EXPECT_EQ(grid->lines(base ? "" : "Let Width"), expected);

@@ -6,6 +6,7 @@
 //   lv: Get ListItems; items: Call Add(Missing, "K12", "a"); item1: Let SubItems(1) = "b"
 // With `items` set it is also a collection: Count, Item from `base` (error 9 outside), Remove,
 // Clear, and Add, whose new item keeps its arguments as Index, Key, Text, Width and Alignment.
+// It raises the events a test tells it to, to whoever listens.
 
 #include <gtest/gtest.h>
 
@@ -42,6 +43,7 @@ public:
     std::set<std::string> absent;
     std::optional<std::vector<Variant>> items;
     int32_t base = 1;
+    automation::EventSink* sink = nullptr;  // while one listens
 
     // An object-valued property: a Fake on the same log, made on first use.
     Fake& kid(const std::string& name, std::string label = "") {
@@ -59,6 +61,10 @@ public:
     }
     long count(const std::string& part) const {
         return std::count_if(log->begin(), log->end(), [&](auto& line) { return line.find(part) != std::string::npos; });
+    }
+
+    void raise(std::u16string_view event) {
+        if (sink) sink->on_event(event);
     }
 
     std::u16string type_name() const override { return type_; }
@@ -101,6 +107,16 @@ public:
         }
         if (let) props[key] = args.back().value;
         return props[key];
+    }
+
+    std::unique_ptr<automation::Subscription> listen(automation::EventSink& s) override {
+        struct Stop final : automation::Subscription {
+            Fake* fake;
+            explicit Stop(Fake* f) : fake(f) {}
+            ~Stop() override { fake->sink = nullptr; }
+        };
+        sink = &s;
+        return std::make_unique<Stop>(this);
     }
 
 private:
