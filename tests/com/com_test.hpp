@@ -21,11 +21,16 @@ namespace celdo::testing {
 // Full Windows path of the DLL under test (the program's last argument).
 const std::wstring& dll_path();
 
-// An entry point of the DLL under test, which stays loaded for the rest of the run.
+// The DLL under test, loaded once and kept for the rest of the run.
+inline HMODULE dll_module() {
+    static const HMODULE module = LoadLibraryW(dll_path().c_str());
+    return module;
+}
+
+// An entry point of the DLL under test.
 template <class F>
 F* entry_point(const char* name) {
-    static const HMODULE module = LoadLibraryW(dll_path().c_str());
-    return reinterpret_cast<F*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+    return reinterpret_cast<F*>(reinterpret_cast<void*>(GetProcAddress(dll_module(), name)));
 }
 
 // What the DLL's DllCanUnloadNow answers.
