@@ -13,62 +13,19 @@
 #include "automation/convert.hpp"
 #include "automation/language.hpp"
 #include "automation/recognize.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {
 
+using celdo::testing::cell;
+using celdo::testing::kThisYear;
+using celdo::testing::number;
+
 constexpr std::string_view kRecord =
 #include "platform_record.inc"
     ;
-constexpr int kThisYear = 2026;
-
-template <class T = double>
-T number(std::string_view text) {
-    T value{};
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
-
-// "text" with C escapes and \uXXXX; each "." becomes `point` in the rows that ask for it.
-std::u16string text_of(std::string_view quoted, std::u16string_view point) {
-    std::u16string out;
-    for (size_t i = 1; i + 1 < quoted.size(); ++i) {
-        const char c = quoted[i];
-        if (c == '.') out += point;
-        else if (c != '\\') out.push_back(static_cast<unsigned char>(c));
-        else if (quoted[++i] == 'u') out.push_back(static_cast<char16_t>(std::stoi(std::string(quoted.substr(i + 1, 4)), nullptr, 16))), i += 4;
-        else out.push_back(u"\f\n\r\t\v"[std::string_view("fnrtv").find(quoted[i])]);
-    }
-    return out;
-}
-
-// A quoted text, Empty, Null, or "Type value"; dates as yyyy-mm-dd, *-mm-dd (this year),
-// hh:mm:ss (day zero), a date and a time, or a serial.
-Variant cell(std::string_view text, std::u16string_view point) {
-    if (text.front() == '"') return Variant(text_of(text, point));
-    if (text == "Empty" || text == "Null") return text == "Null" ? Variant::null() : Variant();
-    const std::string_view type = text.substr(0, text.find(' ')), value = text.substr(type.size() + 1);
-    if (type == "Boolean") return Variant(value == "True");
-    if (type == "Byte") return Variant(static_cast<uint8_t>(number(value)));
-    if (type == "Integer") return Variant(static_cast<int16_t>(number(value)));
-    if (type == "Long") return Variant(static_cast<int32_t>(number(value)));
-    if (type == "Double") return Variant(number(value));
-    if (type == "Single") return Variant(number<float>(value));
-    if (type == "Currency") {  // exactly: the whole part and four decimals as the scaled integer
-        const size_t dot = std::min(value.find('.'), value.size());
-        const std::string decimals = std::string(value.substr(std::min(dot + 1, value.size()))) + "0000";
-        return Variant(Currency{std::stoll(std::string(value.substr(0, dot)) + decimals.substr(0, 4))});
-    }
-    if (value[0] != '*' && value.find(':') == std::string_view::npos && (value.size() < 5 || value[4] != '-'))
-        return Variant(Date{number(value)});
-    std::string when(value[0] == '*' ? std::to_string(kThisYear) + std::string(value.substr(1)) : value);
-    int y = 1899, m = 12, d = 30, h = 0, n = 0, s = 0;
-    if (when[2] == ':') std::sscanf(when.c_str(), "%d:%d:%d", &h, &n, &s);
-    else std::sscanf(when.c_str(), "%d-%d-%d %d:%d:%d", &y, &m, &d, &h, &n, &s);
-    return Variant(*make_date(y, m, d, h, n, s));
-}
-
 bool same(const Variant& got, const Variant& want) {
     if (got.type() != want.type()) return false;
     if (want.type() == VarType::Double)

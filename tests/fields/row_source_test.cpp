@@ -1,24 +1,8 @@
-// Row sources: the derived kind, the parsed value list, the column settings.
+// Row sources: the parsed value list, its column header and the choosable controls.
 #include "tests/fields/field_support.hpp"
 
 namespace celdo::testing {
 namespace {
-
-TEST(RowSource, TheKindIsDerivedFromTheText) {
-    auto f = field_of(exText);
-    const std::pair<const char16_t*, exRowSourceType> cases[] = {
-        {u"select * from t", exQuery}, {u"Exec sp_lista", exSPReturnValues}, {u"A;B;C", exValueList},
-        {u"Clientes", exQuery},        {u"", exQuery},                       {u";A", exQuery},
-        {u"1,Uno", exValueList},       {u"Executive;Manager", exValueList},
-    };
-    for (auto [text, kind] : cases) {
-        f->let_RowSource(text);
-        EXPECT_EQ(f->get_RowSourceType(), kind) << automation::utf16_to_utf8(text);
-    }
-    f->let_RowSource(u"Clientes");
-    f->let_RowSourceType(exValueList);
-    EXPECT_EQ(f->get_RowSourceType(), exQuery) << "the Let only records a wish";
-}
 
 TEST(RowSource, AValueListIsCutIntoColumnsByRowsAndQueriesAreLeftToTheHost) {
     const std::tuple<uint8_t, const char16_t*, std::u16string> cases[] = {
@@ -56,15 +40,6 @@ TEST(RowSource, DisplayControlTypeListsTheChoosableControlsWithSpanishNames) {
     EXPECT_EQ(std::tuple(a.at(0, 0), a.at(1, 0), a.at(0, 5), a.at(1, 3)),
               std::tuple(Variant(static_cast<int32_t>(exTextBox)), Variant(u"Cuadro de texto"),
                          Variant(static_cast<int32_t>(exCheckBox)), Variant(u"Botón de opciones")));
-}
-
-TEST(RowSource, ColumnWidthIsComputedFromTheDisplaySizeUntilSet) {
-    auto f = field_of(exLong), wide = field_of(exText);
-    EXPECT_EQ(f->get_ColumnWidth(), 14 * 120);
-    f->let_ColumnWidth(900);
-    EXPECT_EQ(f->get_ColumnWidth(), 900);
-    wide->let_Size(1000);
-    EXPECT_EQ(wide->get_ColumnWidth(), 32767);
 }
 
 }  // namespace

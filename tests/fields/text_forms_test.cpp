@@ -179,25 +179,6 @@ TEST_F(Metadata, ParseReadsALongTextWithoutAttributesInOnePass) {
     EXPECT_EQ(f->get_Caption(), u"fin");
 }
 
-TEST_F(Metadata, ItemAndSetItemReachPropertiesByName) {
-    EXPECT_EQ(std::tuple(f->Item(u"ucase"), f->Item(u"Round"), f->Item(u"CAPTION"), f->Item(u"OldValue"), f->Item(u"NoSuchName")),
-              std::tuple(Variant(true), Variant(int16_t{2}), Variant(u"Código"), f->get_OldValue(), Variant()));
-    // Text is read as each property reads it; an unknown name is passed over.
-    const std::tuple<std::u16string, Variant, const char16_t*> cases[] = {
-        {u"Required", u"FALSE", u"False"}, {u"Required", u"1", u"True"}, {u"Visible", u"0", u"False"},
-        {u"Ucase", u"false", u"False"},    {u"Round", u"3", u"3"},       {u"DataType", u"1004", u"1004"},
-        {u"Value", u"42", u"42"},          {u"NoSuchName", u"x", u""},
-    };
-    for (auto [name, text, expected] : cases) {
-        f->SetItem(name, text);
-        EXPECT_EQ(automation::to_string(f->Item(name)), expected) << automation::utf16_to_utf8(name);
-    }
-    EXPECT_EQ(std::tuple(f->get_DataType(), f->get_Value()), std::tuple(exLong, Variant(42)));
-    std::u16string value = u"Value";
-    Variant refused(u"abc");
-    EXPECT_EQ(error_of([&] { f->SetItem(value, refused); }).number(), -2147221504) << "the Let still validates";
-}
-
 TEST(Decondign, UndoesTheByteFormAndTheEntities) {
     auto f = field_of(exText);
     std::u16string bytes = u"A&ntilde;o \u00C3\u0093 &amp;lt;";

@@ -1,84 +1,12 @@
-// The field's value: coercion by type, the numeric text rules, what counts as a change, the
-// old value, defaults and the states between them.
+// The field's value: what counts as a change, the old value, defaults and the states between
+// them, with the change events each raises, and the required and value-list checks with their
+// messages (coercion and validation by type are a table: field_rules.tsv).
 #include "tests/fields/field_support.hpp"
 
 #include <functional>
 
 namespace celdo::testing {
 namespace {
-
-TEST(FieldValue, EachTypeCoercesWhatItIsGiven) {
-    struct Case {
-        ExDataType type;
-        Variant given, stored;
-        const char16_t* format = u"";
-    };
-    const Case cases[] = {
-        // Booleans and bytes read words in both languages; "True" is accepted but no word: kept.
-        {exBoolean, u"FALSO", false}, {exBoolean, u"verdadero", true}, {exBoolean, int16_t{1}, true},
-        {exBoolean, true, true}, {exBoolean, u"True", u"True"}, {exByte, u"verdadero", uint8_t{255}},
-        {exByte, u"falso", uint8_t{0}}, {exByte, int16_t{200}, uint8_t{200}}, {exByte, true, uint8_t{255}},
-        {exByte, u"12", uint8_t{12}},
-        // Integers round with the field's rounding first.
-        {exInteger, 2.5, int16_t{2}}, {exInteger, 3.5, int16_t{4}}, {exLong, u"1,234", 1234},
-        {exPositeveInteger, 7.0, int16_t{7}}, {exgYear, u"2024", int16_t{2024}},
-        // Numeric text: percent, a trailing point, groups, parentheses, signs, currency.
-        {exDouble, u"12,5%", 0.125}, {exDouble, u"5.", 0.0}, {exDouble, u".", 0.0},
-        {exDouble, u"1.23456789123", 1.23456789}, {exCurrency, u"$1,234", Currency{12340000}},
-        {exCurrency, u"5.", Currency{0}}, {exCurrency, u"12%", Currency{1200}}, {exCurrency, 1.23456, Currency{12346}},
-        {exSingle, u"2.5", 2.5f}, {exDecimal, u"(1,234.5)", 1234.5}, {exFloat, u"+12.5", 12.5},
-        // More points than commas in the format: points group thousands.
-        {exCurrency, u"$1.234", Currency{12340000}, u"#.###.##0,00"},
-        // Text is trimmed, Char is not; with a format $,+() go, then only a left trim for Char.
-        {exChar, u"  abc  ", u"  abc  "}, {exChar, u"  $1,0(0)  ", u"100  ", u"@"},
-        {exText, u" (555) 12+34 ", u"555 1234", u"@"},
-        // Dates joined by T get a blank unless the text says OCT.
-        {exDateTime, u"2024-05-17T09:30:00", u"2024-05-17 09:30:00"}, {exDate, u"05-OCT-2021", u"05-OCT-2021"},
-        {exDate, u"2024-05-17", u"2024-05-17"},
-        // Expressions and other types keep the value.
-        {exnumExpresion, u"  x  ", u"  x  "}, {exMemo, int16_t{5}, int16_t{5}}, {exTime, u"9:30", u"9:30"},
-    };
-    for (const Case& c : cases) {
-        auto f = field_of(c.type);
-        f->let_Format(c.format);
-        f->let_Value(c.given);
-        EXPECT_EQ(f->get_Value(), c.stored) << "type " << c.type << ", " << debug_string(c.given);
-    }
-    auto upper = field_of(exText);
-    upper->let_UpperCase(true);
-    upper->let_Value(u"  abc  ");
-    EXPECT_EQ(upper->get_Value(), Variant(u"ABC"));
-    automation::ClockScope pinned(*automation::make_date(2024, 5, 17, 10, 30, 0));
-    auto date = field_of(exDate);
-    date->let_Value(u"Date()");
-    EXPECT_EQ(date->get_Value(), Variant(u"5/17/2024")) << "the date words become the date, kept as date text";
-}
-
-TEST(FieldValue, ARefusedValueRaisesTheTypeErrorAndStoresNothing) {
-    struct Case {
-        ExDataType type;
-        Variant before, given;
-        int32_t number;
-        const char16_t* description;
-    };
-    const Case cases[] = {
-        {exLong, 10, u"diez", -2147221504, u"Tipo de dato no valido para : Importe (IMPORTE)"},
-        {exBoolean, true, u"si", -2147221504, u"Tipo de dato no valido para : Importe (IMPORTE)"},  // no word
-        {exBoolean, true, false, -2147221504, nullptr},  // a Boolean False is refused
-        {exInteger, int16_t{5}, 40000, 6, nullptr},      // overflow inside the coercion is the conversion's error
-    };
-    for (const Case& c : cases) {
-        auto f = field_of(c.type, u"lngImporte");
-        f->let_Caption(u"Importe");
-        f->let_SourceName(u"IMPORTE");
-        f->let_Value(c.before);
-        const auto e = error_of([&] { f->let_Value(c.given); });
-        EXPECT_EQ(e.number(), c.number) << debug_string(c.given);
-        if (c.description) { EXPECT_EQ(e.description(), c.description); }
-        if (c.number != 6) { EXPECT_EQ(e.source(), u"Celdo_lngImporte"); }
-        EXPECT_EQ(std::tuple(f->get_Value(), f->get_OldValue()), std::tuple(c.before, c.before));
-    }
-}
 
 // What is done to a field, then its value, old value and how many change events it raised.
 TEST(FieldValue, ChangesOldValuesAndStates) {
@@ -137,54 +65,45 @@ TEST(FieldValue, ChangesOldValuesAndStates) {
     object->set_Value(Variant(other));
     EXPECT_EQ(std::tuple(object->get_Value().as_object(), object->get_OldValue().as_object(), changes.count),
               std::tuple(other.get(), other.get(), 1)) << "on a field that held nothing it is the loaded value";
-    auto required = field_of(exLong);
-    required->let_Required(true);
-    EXPECT_EQ(error_of([&] { required->let_Value(Variant::null()); }).number(), -2147221504) << "Null when required";
-    auto date = field_of(exDate);
-    date->let_DefaultValue(u"date()");
-    EXPECT_EQ(date->get_DefaultValue(), Variant(*automation::make_date(2024, 5, 17)));
-    date->let_DefaultValue(u"NOW()");
-    EXPECT_EQ(date->get_DefaultValue(), Variant(*automation::make_date(2024, 5, 17, 10, 30, 0)));
 }
 
-TEST(FieldValue, AStoredNullReadsAsTheTypesEmptyValue) {
-    automation::ClockScope pinned(*automation::make_date(2024, 5, 17, 10, 0, 0));
-    const std::pair<ExDataType, Variant> cases[] = {
-        {exBoolean, false},      {exLong, int16_t{0}},    {exCurrency, int16_t{0}}, {exText, u""},
-        {exAttribute, u""},      {exPositeveInteger, int16_t{1}}, {exgYear, int16_t{2024}}, {exDate, Variant()},
-        {exDecimal, Variant()},  {exDateTime, *automation::make_date(2024, 5, 17, 10, 0, 0)},
+TEST(ValidateRequired, AppendsTheMessagesOfMissingValuesAndValuesOutsideTheList) {
+    const std::u16string null_message = u"El campo Talla no puede contener un valor nulo. Escriba un valor en este campo.\r\n";
+    const auto outside = [](const char16_t* item) {
+        return u"[ " + std::u16string(item) +
+               u" ] no hace parte de la lista de valores del campo Talla. Escriba un valor valido en este campo.\r\n";
     };
-    for (const auto& [type, shown] : cases) {
-        auto f = field_of(type);
-        f->let_DefaultValue(Variant::null());
-        f->SetNew();
-        EXPECT_TRUE(f->get_OriginalValue().is_null()) << type;
-        EXPECT_EQ(f->get_Value(), shown) << type;
+    struct Case {
+        ExDataType type;
+        const char16_t* row_source;
+        Variant value;
+        std::u16string before, after;
+        bool answer;
+    };
+    const Case cases[] = {
+        {exText, u"", u"", u"", null_message, false},  // an empty required text
+        {exLong, u"", Variant(), u"", u"", true},      // only Null is missing for other types
+        {exLong, u"", Variant::null(), u"", null_message, false},
+        {exText, u"A;B", u"a;b", u"", u"", true},      // items in the first column, any case
+        {exText, u"A;B", u"A,C", u"", outside(u"C"), false},
+        {exText, u"A;B", u"X;B;Y", u"", outside(u"X") + outside(u"Y"), false},  // each on its own
+        {exText, u"", u"x", u"otro campo\r\n", u"otro campo\r\n", false},       // a message collected before
+    };
+    for (const Case& c : cases) {
+        auto f = field_of(c.type);
+        f->let_DefaultValue(Variant::null());  // before Required, which would refuse it
+        f->let_Required(true);
+        f->let_Caption(u"Talla");
+        f->let_RowSource(c.row_source);
+        if (c.value.is_null()) {
+            f->SetNew();
+        } else {
+            f->let_Value(c.value);
+        }
+        std::u16string msg = c.before;
+        EXPECT_EQ(f->ValidateRequired(msg, exUpdate), Variant(c.answer)) << debug_string(c.value);
+        EXPECT_EQ(msg, c.after) << debug_string(c.value);
     }
-    auto fields = field_of(exFields);
-    fields->let_DefaultValue(Variant::null());
-    fields->SetNew();
-    EXPECT_NE(fields->get_Value().object_as<clsCeldos>(), nullptr);
-}
-
-TEST(FieldValue, UpdatedAcceptsOrForgetsTheOldValueAndComparesTextIgnoringCase) {
-    auto f = field_of(exLong);
-    f->let_Value(1);
-    EXPECT_FALSE(f->get_Updated());
-    f->let_Value(2);
-    EXPECT_EQ(props(*f, "Updated,OldValue"), "True|1");
-    f->let_Updated(true);
-    EXPECT_EQ(props(*f, "Updated,OldValue"), "False|2");
-    f->let_Updated(false);
-    EXPECT_EQ(props(*f, "Updated,OldValue"), "True|Empty");
-    auto text = field_of(exText);
-    text->Initialize(u"abc");
-    text->set_Value(u"ABC");
-    EXPECT_FALSE(text->get_Updated());
-    auto object = field_of(exObject);
-    object->Initialize(1);
-    object->let_Value(2);
-    EXPECT_FALSE(object->get_Updated()) << "objects are never updated";
 }
 
 }  // namespace

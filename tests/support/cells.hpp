@@ -1,0 +1,110 @@
+#pragma once
+// The cells of the test tables (platform_record.tsv, field_rules.tsv): values written as text,
+// read into Variants, and Variants written back the same way, so that a table states a subtype
+// with its value.
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/clock.hpp"
+#include "automation/recognize.hpp"
+#include "automation/text.hpp"
+#include "automation/variant.hpp"
+
+namespace celdo::testing {
+
+using automation::Currency;
+using automation::Date;
+using automation::Variant;
+
+// The year a date written *-mm-dd falls in; tables that use it pin the clock in it.
+inline constexpr int kThisYear = 2026;
+
+template <class T = double>
+inline T number(std::string_view text) {
+    T value{};
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+// "text" with C escapes and \uXXXX; each "." becomes `point` in the rows that ask for it.
+inline std::u16string text_of(std::string_view quoted, std::u16string_view point) {
+    std::u16string out;
+    for (size_t i = 1; i + 1 < quoted.size(); ++i) {
+        const char c = quoted[i];
+        if (c == '.') out += point;
+        else if (c != '\\') out.push_back(static_cast<unsigned char>(c));
+        else if (quoted[++i] == 'u') out.push_back(static_cast<char16_t>(std::stoi(std::string(quoted.substr(i + 1, 4)), nullptr, 16))), i += 4;
+        else out.push_back(u"\f\n\r\t\v"[std::string_view("fnrtv").find(quoted[i])]);
+    }
+    return out;
+}
+
+// A quoted text, Empty, Null, or "Type value"; dates as yyyy-mm-dd, *-mm-dd (this year),
+// hh:mm:ss (day zero), a date and a time, or a serial.
+inline Variant cell(std::string_view text, std::u16string_view point) {
+    if (text.front() == '"') return Variant(text_of(text, point));
+    if (text == "Empty" || text == "Null") return text == "Null" ? Variant::null() : Variant();
+    const std::string_view type = text.substr(0, text.find(' ')), value = text.substr(type.size() + 1);
+    if (type == "Boolean") return Variant(value == "True");
+    if (type == "Byte") return Variant(static_cast<uint8_t>(number(value)));
+    if (type == "Integer") return Variant(static_cast<int16_t>(number(value)));
+    if (type == "Long") return Variant(static_cast<int32_t>(number(value)));
+    if (type == "Double") return Variant(number(value));
+    if (type == "Single") return Variant(number<float>(value));
+    if (type == "Currency") {  // exactly: the whole part and four decimals as the scaled integer
+        const size_t dot = std::min(value.find('.'), value.size());
+        const std::string decimals = std::string(value.substr(std::min(dot + 1, value.size()))) + "0000";
+        return Variant(Currency{std::stoll(std::string(value.substr(0, dot)) + decimals.substr(0, 4))});
+    }
+    if (value[0] != '*' && value.find(':') == std::string_view::npos && (value.size() < 5 || value[4] != '-'))
+        return Variant(Date{number(value)});
+    std::string when(value[0] == '*' ? std::to_string(kThisYear) + std::string(value.substr(1)) : value);
+    int y = 1899, m = 12, d = 30, h = 0, n = 0, s = 0;
+    if (when[2] == ':') std::sscanf(when.c_str(), "%d:%d:%d", &h, &n, &s);
+    else std::sscanf(when.c_str(), "%d-%d-%d %d:%d:%d", &y, &m, &d, &h, &n, &s);
+    return Variant(*automation::make_date(y, m, d, h, n, s));
+}
+
+// The cells of a line, split at `separator` outside quoted text.
+inline std::vector<std::string_view> split_cells(std::string_view line, std::string_view separator) {
+    std::vector<std::string_view> cells;
+    bool quoted = false;
+    size_t start = 0;
+    for (size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"' && (i == 0 || line[i - 1] != '\\')) quoted = !quoted;
+        else if (!quoted && line.substr(i, separator.size()) == separator)
+            cells.push_back(line.substr(start, i - start)), start = i + separator.size(), i = start - 1;
+    }
+    cells.push_back(line.substr(start));
+    return cells;
+}
+
+// A value as a cell writes it: "Type value", a text quoted, Empty, Null, or an object by its class.
+inline std::string typed(const Variant& v) {
+    using automation::VarType;
+    char digits[32];
+    const auto shortest = [&](auto x) { return std::string(digits, std::to_chars(digits, digits + 32, x).ptr); };
+    switch (v.type()) {
+        case VarType::Empty: return "Empty";
+        case VarType::Null: return "Null";
+        case VarType::Boolean: return v.as_bool() ? "Boolean True" : "Boolean False";
+        case VarType::Byte: return "Byte " + std::to_string(v.as_byte());
+        case VarType::Integer: return "Integer " + std::to_string(v.as_integer());
+        case VarType::Long: return "Long " + std::to_string(v.as_long());
+        case VarType::Single: return "Single " + shortest(v.as_single());
+        case VarType::Double: return "Double " + shortest(v.as_double());
+        case VarType::Currency: return "Currency " + shortest(static_cast<double>(v.as_currency().scaled) / 10000.0);
+        case VarType::Date: return "Date " + shortest(v.as_date().serial);
+        case VarType::String: return "\"" + automation::utf16_to_utf8(v.as_string()) + "\"";
+        case VarType::Object:
+            return v.as_object() ? "Object " + automation::utf16_to_utf8(v.as_object()->type_name()) : "Nothing";
+        default: return v.is_missing() ? "Missing" : automation::debug_string(v);
+    }
+}
+
+}  // namespace celdo::testing
