@@ -20,21 +20,6 @@ Ref<clsCeldo> node_of(std::u16string name, XMLNodeTypes type, std::u16string val
 
 void append(clsCeldo& parent, const Ref<clsCeldo>& child) { parent.get_Children()->Append(child, kNone, kNone, u""); }
 
-TEST(XMLValue, GivesTheIsoFormsOfDatesAndTimesAndLowerCaseBooleans) {
-    const Variant moment(*automation::make_date(2021, 3, 5, 14, 7, 9));
-    // Loaded rather than assigned: a Let refuses False.
-    const std::tuple<ExDataType, Variant, const char16_t*> cases[] = {
-        {exBoolean, true, u"true"},       {exBoolean, false, u"false"},       {exDateTime, moment, u"2021-03-05T14:07:09"},
-        {exDate, moment, u"2021-03-05"},  {exTime, moment, u"14:07:09"},      {exLong, 1234, u"1234"},
-        {exLong, Variant(), u""},         {exText, Variant::null(), u""},
-    };
-    for (const auto& [type, value, expected] : cases) {
-        auto f = field_of(type);
-        f->load_value(value);
-        EXPECT_EQ(f->get_XMLValue(), Variant(expected)) << type;
-    }
-}
-
 TEST(ValueText, EscapesAndUnderAnIso8859NameGivesTheByteForm) {
     auto f = leaf(u"T", Variant(u"Año 1.5 <Ó>"));
     EXPECT_EQ(f->value_text(u"UTF-8"), u"A&ntilde;o 1&#46;5 &lt;Ó&gt;");
@@ -76,19 +61,7 @@ TEST(ElementWriter, IndentsStartLinesTwiceAndClosingLinesOnceAndWritesOnlyAttrib
               u"</A>\r\n");
 }
 
-TEST(ElementWriter, RefusesUnknownNodeKindsAndRunawayNesting) {
-    auto f = node_of(u"X", static_cast<XMLNodeTypes>(7));
-    auto e = error_of([&] { f->XML(u""); });
-    EXPECT_EQ(std::tuple(e.number(), e.source(), e.description()),
-              std::tuple(-2147221504, std::u16string(u"Celdo.XML"), std::u16string(u"Illegal Node Type")));
-    f->let_NodeType(xntUnknown);
-    EXPECT_EQ(error_of([&] { f->XML(u""); }).description(), u"Required property not initialized");
-}
-
 TEST(ClipWriter, GivesTabbedValuesAndOneLinePerRow) {
-    EXPECT_EQ(leaf(u"A", Variant(u"x"))->Clip(), u"x\t");
-    EXPECT_EQ(leaf(u"A", Variant())->Clip(), u"\t");
-
     auto row = node_of(u"Fila", xntNode);
     append(*row, leaf(u"A", Variant(u"1")));
     append(*row, node_of(u"", xntComment, u"no data"));
@@ -152,24 +125,6 @@ TEST_F(Metadata, ParseReadsBackWhatXMLAttributeWrote) {
     }
 }
 
-TEST_F(Metadata, ParseRaisesTheAttributeReadersErrorsAfterApplyingWhatCameBefore) {
-    const std::pair<const char16_t*, const char16_t*> cases[] = {
-        {u"Caption=\"Nuevo\" Mi Total=\"1\"", u"Illegal element name: Mi Total"},
-        {u"Caption=\"Nuevo\" Size=12", u"Malformed quotation"},
-        {u"Caption=\"Nuevo\" Caption=\"a<b\"", u"Bad attribute value encoding"},
-    };
-    for (const auto& [given, description] : cases) {
-        f->let_Caption(u"Antes");
-        std::u16string encode, text = given;
-        const auto e = error_of([&] { f->Parse(encode, text); });
-        EXPECT_EQ(std::tuple(e.number(), e.source(), e.description(), f->get_Caption()),
-                  std::tuple(-2147221504, std::u16string(u"XMLReadAttribute"), std::u16string(description), std::u16string(u"Nuevo")));
-    }
-    std::u16string encode, text = u"Mask=\"x\" Caption=\"a&lt;b\"";
-    EXPECT_TRUE(f->Parse(encode, text)) << "unknown names are passed over";
-    EXPECT_EQ(f->get_Caption(), u"a<b");
-}
-
 TEST_F(Metadata, ParseReadsALongTextWithoutAttributesInOnePass) {
     std::u16string encode;
     // After the last attribute, two million characters with no "=": each one would otherwise
@@ -177,16 +132,6 @@ TEST_F(Metadata, ParseReadsALongTextWithoutAttributesInOnePass) {
     std::u16string text = u"Caption=\"fin\" " + std::u16string(2000000, u'y');
     ASSERT_NO_THROW(EXPECT_TRUE(f->Parse(encode, text)));
     EXPECT_EQ(f->get_Caption(), u"fin");
-}
-
-TEST(Decondign, UndoesTheByteFormAndTheEntities) {
-    auto f = field_of(exText);
-    std::u16string bytes = u"A&ntilde;o \u00C3\u0093 &amp;lt;";
-    EXPECT_EQ(f->Decondign(u"ISO-8859-15", bytes), u"Año Ó &lt;");
-    std::u16string escaped = u"C&oacute;digo \u00C3\u0093";
-    EXPECT_EQ(f->Decondign(u"UTF-8", escaped), u"Código \u00C3\u0093") << "no byte form outside ISO-8859";
-    std::u16string names = u"&amp;#46; &amp;frasl; &#65; &AMP;";
-    EXPECT_EQ(f->Decondign(u"", names), u"&#46; &frasl; &#65; &AMP;") << "each entity decodes once";
 }
 
 }  // namespace

@@ -31,16 +31,24 @@ inline T number(std::string_view text) {
     return value;
 }
 
-// "text" with C escapes and \uXXXX; each "." becomes `point` in the rows that ask for it.
+// "text" in UTF-8 with C escapes, \" and \uXXXX; each "." becomes `point` in the rows that ask for it.
 inline std::u16string text_of(std::string_view quoted, std::u16string_view point) {
     std::u16string out;
+    std::string plain;  // bytes since the last escape, decoded together
+    const auto flush = [&] { out += automation::utf8_to_utf16(plain), plain.clear(); };
     for (size_t i = 1; i + 1 < quoted.size(); ++i) {
         const char c = quoted[i];
+        if (c != '.' && c != '\\') {
+            plain.push_back(c);
+            continue;
+        }
+        flush();
         if (c == '.') out += point;
-        else if (c != '\\') out.push_back(static_cast<unsigned char>(c));
         else if (quoted[++i] == 'u') out.push_back(static_cast<char16_t>(std::stoi(std::string(quoted.substr(i + 1, 4)), nullptr, 16))), i += 4;
+        else if (quoted[i] == '"' || quoted[i] == '\\') out.push_back(static_cast<char16_t>(quoted[i]));
         else out.push_back(u"\f\n\r\t\v"[std::string_view("fnrtv").find(quoted[i])]);
     }
+    flush();
     return out;
 }
 
