@@ -55,6 +55,7 @@ TEST(FieldRules, EveryRowOfTheTable) {
         const std::vector<std::string_view> row = split_cells(line, "\t");
         ASSERT_EQ(row.size(), 4u) << "line " << line_number;
         auto field = field_of(exText);
+        ChangeCounter changes(*field);
         std::string got, expected;
         try {
             for (std::string_view step : split_cells(row[1], "; "))
@@ -64,7 +65,7 @@ TEST(FieldRules, EveryRowOfTheTable) {
         }
         for (std::string_view read : split_cells(row[2], "; ")) {
             try {
-                got += typed(run(*field, read)) + " | ";
+                got += typed(read == "(Chance)" ? Variant(changes.count) : run(*field, read)) + " | ";
             } catch (const automation::AutomationError& e) {
                 got += error_text(e) + " | ";
             }
