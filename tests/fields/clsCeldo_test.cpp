@@ -1,4 +1,5 @@
-// The field object's collections (its rules by member are a table: field_rules.tsv).
+// The field object's collections and the row source's column header (its rules by member are
+// rows of field_rules.tsv).
 #include "tests/fields/field_support.hpp"
 
 #include "automation/lifetime.hpp"
@@ -27,6 +28,19 @@ TEST(FieldSubCollections, AreMadeOnceOnDemandAndKeepWhatWasSet) {
     EXPECT_NE(f->get_Children().get(), f->get_Attributes().get());
     f->get_Children()->Append(field_of(exText, u"hijo"), kNone, kNone, u"");
     EXPECT_TRUE(f->get_HasChildren()) << "HasChildren follows the children";
+}
+
+TEST(RowSource, HeadsBecomeTheColumnHeaderWhichIsTheReferenceTheHostSets) {
+    auto f = field_of(exText);
+    f->let_ColumnCount(3);
+    f->let_ColumnHeads(true);
+    f->let_RowSource(u"Codigo;Nombre");
+    EXPECT_TRUE(f->get_GetRowSource().as_array().at(0, 0).is_empty());
+    // A column without a head is numbered from 1.
+    EXPECT_EQ(names_of(*f->GetColumnHeader()), u"Codigo,Nombre,Celdo3");
+    auto header = make_ref<clsCeldos>();
+    f->set_ColumnHeader(header);
+    EXPECT_EQ(f->GetColumnHeader().get(), header.get());
 }
 
 }  // namespace

@@ -71,7 +71,8 @@ TEST(FieldRules, EveryRowOfTheTable) {
             }
         }
         for (std::string_view answer : split_cells(row[3], " | "))
-            expected += (answer.starts_with("error ") || answer.starts_with("Object ") || answer == "Nothing"
+            expected += (answer.starts_with("error ") || answer.starts_with("Object ") || answer.starts_with("Array(") ||
+                                 answer == "Nothing"
                              ? std::string(answer)
                              : typed(value_of(answer))) + " | ";
         EXPECT_EQ(got, expected) << "line " << line_number << ": " << row[0];

@@ -92,9 +92,18 @@ inline std::vector<std::string_view> split_cells(std::string_view line, std::str
     return cells;
 }
 
-// A value as a cell writes it: "Type value", a text quoted, Empty, Null, or an object by its class.
+// A value as a cell writes it: "Type value", a text quoted, Empty, Null, an object by its class,
+// or a data array (column, row) as Array(row; row) with ", " between a row's cells.
 inline std::string typed(const Variant& v) {
     using automation::VarType;
+    if (v.is_array() && v.as_array().dimensions() == 2) {
+        const automation::Array& a = v.as_array();
+        std::string out = "Array(";
+        for (int32_t r = a.lbound(2); r <= a.ubound(2); ++r)
+            for (int32_t c = a.lbound(1); c <= a.ubound(1); ++c)
+                out += (c > a.lbound(1) ? ", " : r > a.lbound(2) ? "; " : "") + typed(a.at(c, r));
+        return out + ")";
+    }
     char digits[32];
     const auto shortest = [&](auto x) { return std::string(digits, std::to_chars(digits, digits + 32, x).ptr); };
     switch (v.type()) {
