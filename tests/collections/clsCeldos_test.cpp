@@ -1,5 +1,5 @@
-// The field collection: insertion with keys and placement, lookup, removal, enumeration,
-// sharing and copying.
+// The field collection where a row of collection_rules.tsv cannot reach it: arguments written
+// back, placement, enumeration, sharing and copying.
 #include "tests/fields/field_support.hpp"
 
 #include "automation/enumerator.hpp"
@@ -16,40 +16,15 @@ protected:
     Ref<clsCeldos> row = make_ref<clsCeldos>();
 };
 
-TEST_F(Collection, AddSetsNameTypeSourceAndPosition) {
-    auto first = row->Add(u"Codigo", u"COD", exLong, 0, -1, true, u"El código", u"Obligatorio",
-                          Variant(u"12"), kNone, kNone, kNone);
-    EXPECT_EQ(props(*first, "Name,DataType,SourceName,Position,Required,Description,ValidationText,Value"),
-              R"("Codigo"|1004|"COD"|0|True|"El código"|"Obligatorio"|12)");
-    EXPECT_EQ(add(*row, u"Nombre")->get_Position(), 1);
-    EXPECT_EQ(row->Add(u"X", u"", exText, 0, 9, false, u"", u"", kNone, kNone, kNone, kNone)->get_Position(), 9);
-    // An expression's source goes into Expresion.
-    auto f = row->Add(u"Total", u"Precio * Cantidad", exnumExpresion, 0, -1, false, u"", u"", kNone, kNone, kNone, kNone);
-    EXPECT_EQ(props(*f, "Expresion,SourceName"), R"("Precio * Cantidad"|"")");
-    // An old value needs an object there; the field is not added.
-    EXPECT_EQ(error_of([&] {
-                  row->Add(u"Y", u"", exLong, 0, -1, false, u"", u"", Variant(1), Variant(2), kNone, kNone);
-              }).number(), 424);
-    EXPECT_EQ(row->get_Count(), 4);
-    // A parameter keeps its operator in Description.
-    row->AddParameter(u"@desde", exDate, Variant(u"2024-01-01"), u">=", 0, u"FECHA", exParamInput, kNone, kNone);
-    EXPECT_EQ(props(*item(*row, u"@desde"), "Description,Operator,SourceName,Direction,Position"), R"(">="|"="|"FECHA"|2000|4)");
-}
-
-TEST_F(Collection, ItemFindsTheFirstOfAKeyOrAPosition) {
-    auto first = add(*row, u"Codigo");
-    auto second = add(*row, u"CODIGO");  // a duplicate name is kept, unkeyed
-    EXPECT_EQ(row->get_Count(), 2);
+// What a table row cannot see: the arguments Item and ClipNames write back by reference.
+TEST_F(Collection, ItemAndClipNamesWriteBackTheirByReferenceArguments) {
+    add(*row, u"Codigo");
     Variant key(u"  codigo ");
-    EXPECT_EQ(row->get_Item(key).get(), first.get());
+    row->get_Item(key);
     EXPECT_EQ(key, Variant(u"codigo")) << "the key is trimmed and written back";
-    EXPECT_EQ(item(*row, int16_t{2}).get(), second.get());
-    EXPECT_EQ(item(*row, 1.4).get(), first.get()) << "a Double position rounds";
-    for (Variant index : {Variant(u"B"), Variant(0), Variant(int16_t{3}), Variant(), Variant(u"1")}) {
-        EXPECT_EQ(error_of([&] { row->get_Item(index); }).number(), 5) << debug_string(index);
-    }
-    EXPECT_TRUE(row->Exist(u"CODIGO"));
-    EXPECT_FALSE(row->Exist(u" Codigo")) << "Exist ignores case but not blanks";
+    std::u16string property, comma = u",";
+    row->ClipNames(property, comma);
+    EXPECT_EQ(property, u"Name") << "the default is written back";
 }
 
 TEST_F(Collection, AppendKeysByTheTrimmedNameOrTheGivenKeyBeforeOrAfterAnAnchor) {
@@ -71,21 +46,6 @@ TEST_F(Collection, AppendKeysByTheTrimmedNameOrTheGivenKeyBeforeOrAfterAnAnchor)
     row->Append(field_of(exText, u"lost"), Variant(99), kNone, u"");
     EXPECT_EQ(row->get_Count(), 5) << "an anchor that names nothing leaves the field out, silently";
     EXPECT_EQ(item(*row, u"Z")->get_Name(), u"Z") << "keys still find their fields after inserts in front";
-}
-
-TEST_F(Collection, RemoveByIntegerPositionOrKeyOnly) {
-    for (const char16_t* name : {u"A", u"B", u"C"}) add(*row, name);
-    remove(*row, 1);
-    EXPECT_EQ(row->get_Count(), 3) << "a Long index removes nothing";
-    remove(*row, int16_t{1});
-    remove(*row, int16_t{9});
-    EXPECT_EQ(names_of(*row), u"B,C");
-    EXPECT_EQ(error_of([&] { remove(*row, int16_t{0}); }).number(), 5);
-    remove(*row, u"c");
-    EXPECT_EQ(names_of(*row), u"B");
-    EXPECT_EQ(error_of([&] { remove(*row, u"Q"); }).number(), 5);
-    EXPECT_EQ(row->at(0).get_Position(), 1) << "removal does not renumber";
-    EXPECT_FALSE(row->Exist(u"A"));
 }
 
 TEST_F(Collection, AppendsSharesTheSameFieldsAndEnumerationWalksThemInOrder) {

@@ -1,6 +1,6 @@
-// The collection's state operations: every field reached in order, Assing by position with the
-// audit fields kept, Update by name through a property, operators for a search, and the
-// required check in each edit mode.
+// The collection's state operations that take another row or write back a message: Assing by
+// position with the audit fields kept, Update by name through a property, and the required check
+// in each edit mode (the walks over every field are rows of collection_rules.tsv).
 #include "tests/fields/field_support.hpp"
 
 namespace celdo::testing {
@@ -24,42 +24,6 @@ protected:
     Ref<clsCeldos> row = make_ref<clsCeldos>();
     Ref<clsCeldos> other = make_ref<clsCeldos>();
 };
-
-TEST_F(State, WalksReachEveryField) {
-    fill(*row, {{u"A", exText, u"a"}, {u"B", exLong, 2}});
-    row->at(1).let_DefaultValue(Variant(7));
-    row->at(0).let_Value(Variant(u"changed"));
-
-    row->CancelUpdate();
-    EXPECT_EQ(values(*row), u"a,2") << "back to the old values";
-    row->at(0).let_Value(Variant(u"x"));
-    row->Updated();
-    EXPECT_FALSE(row->at(0).get_Updated()) << "the current values count as saved";
-    EXPECT_EQ(row->at(0).get_OldValue(), Variant(u"x"));
-    row->SetNew();
-    EXPECT_EQ(values(*row), u"-,7") << "each field takes its default";
-    row->Initialize();
-    EXPECT_EQ(values(*row), u"-,-");
-    row->at(0).let_Value(Variant(u"y"));
-    row->Clear();
-    EXPECT_EQ(values(*row), u"-,7");
-
-    row->let_Direction(exParamOutput);
-    for (size_t i = 0; i < row->size(); ++i) EXPECT_EQ(row->at(i).get_Direction(), exParamOutput);
-}
-
-TEST_F(State, ChangeOperatorPreparesLoadsAndSearches) {
-    fill(*row, {{u"Texto", exText, {}}, {u"Fecha", exDate, {}}, {u"Numero", exLong, {}}, {u"Activo", exBoolean, {}}});
-    std::u16string property = u"Operator", delimiter = u";";
-    // Assigned through each field's Operator, which keeps LIKE in capitals; never >=.
-    const std::pair<TypeOperator, const char16_t*> steps[] = {
-        {exFind, u"LIKE;LIKE;LIKE;="}, {exFilter, u"LIKE;LIKE;LIKE;="}, {exDefault, u"LIKE;LIKE;LIKE;="},
-        {static_cast<TypeOperator>(42), u"LIKE;LIKE;LIKE;="}, {exLoad, u"=;=;=;="}};
-    for (const auto& [kind, expected] : steps) {
-        row->ChangeOperator(kind);
-        EXPECT_EQ(row->ClipNames(property, delimiter), expected) << kind;
-    }
-}
 
 // Assing goes by position, with the default, past the audit fields; Update goes by name
 // through a property.
