@@ -1,10 +1,8 @@
 #pragma once
 // The one include of the field and collection tests: the model and the shared checks, with the
-// names they use in scope, a field of a given type, and a recorder of its change events.
+// names they use in scope, and a field of a given type.
 
 #include <gtest/gtest.h>
-
-#include <span>
 
 #include "automation/clock.hpp"
 #include "automation/component.hpp"
@@ -31,17 +29,5 @@ inline Ref<clsCeldo> field_of(ExDataType type, std::u16string name = u"Campo") {
     f->let_DataType(type);
     return f;
 }
-
-// Counts the change events a field raises while attached.
-class ChangeCounter final : public automation::Peer {
-public:
-    explicit ChangeCounter(automation::Component& field) : field_(field) { field_.attach_peer(this); }
-    ~ChangeCounter() { field_.detach_peer(this); }
-    void raise_event(int32_t, std::span<automation::Argument>) override { ++count; }
-    int count = 0;
-
-private:
-    automation::Component& field_;
-};
 
 }  // namespace celdo::testing

@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <initializer_list>
 #include <ostream>
+#include <span>
 #include <string>
 #include <utility>
 
+#include "automation/component.hpp"
 #include "automation/convert.hpp"
 #include "automation/error.hpp"
 #include "automation/late_binding.hpp"
@@ -77,5 +79,17 @@ void expect_rows(std::initializer_list<std::pair<T, T>> rows) {
     int row = 0;
     for (const auto& [got, expected] : rows) EXPECT_EQ(got, expected) << "row " << row++;
 }
+
+// Counts the events an object raises while attached.
+class ChangeCounter final : public automation::Peer {
+public:
+    explicit ChangeCounter(automation::Component& object) : object_(object) { object_.attach_peer(this); }
+    ~ChangeCounter() { object_.detach_peer(this); }
+    void raise_event(int32_t, std::span<automation::Argument>) override { ++count; }
+    int count = 0;
+
+private:
+    automation::Component& object_;
+};
 
 }  // namespace celdo::testing

@@ -1,0 +1,112 @@
+#pragma once
+// The runner of the rule tables (field_rules.tsv, collection_rules.tsv, probe_rules.tsv): each
+// row's steps are given to a new object by member name, as a host's late-bound calls give them,
+// and its reads are compared with what the row expects. The tables' first lines say how a row
+// is written.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+#include "automation/clock.hpp"
+#include "automation/error.hpp"
+#include "automation/late_binding.hpp"
+#include "fields/clsCeldo.hpp"
+#include "tests/support/cells.hpp"
+#include "tests/support/test_support.hpp"
+
+namespace celdo::testing {
+
+// The published enumerations, whose members the table names.
+inline constexpr std::string_view kConstants =
+#include "Constants.inc"
+    ;
+
+// A cell, Missing, or an enumeration's member by name, as a Long.
+inline Variant value_of(std::string_view text) {
+    if (text == "Missing") return Variant::missing();
+    const std::string member = "\n    " + std::string(text) + " = ";
+    const size_t at = kConstants.find(member);
+    return at == std::string_view::npos ? cell(text, u".") : Variant(number<int32_t>(kConstants.substr(at + member.size())));
+}
+
+inline std::string error_text(const automation::AutomationError& e) {
+    return "error " + std::to_string(e.number()) + " " + automation::utf16_to_utf8(e.source() + u": " + e.description());
+}
+
+// Name=value assigns, Name(index, ...)=value too; Name(value, ...) calls; Name alone reads;
+// A.B reaches B on what A gives.
+inline Variant run(automation::Object& object, std::string_view step) {
+    bool quoted = false;
+    int depth = 0;
+    size_t equals = 0;
+    for (; equals < step.size() && (quoted || depth || step[equals] != '='); ++equals) {
+        const char c = step[equals];
+        if (c == '"' && (equals == 0 || step[equals - 1] != '\\')) quoted = !quoted;
+        if (quoted) continue;
+        depth += c == '(' ? 1 : c == ')' ? -1 : 0;
+        if (depth || c != '.') continue;
+        const Variant on = run(object, step.substr(0, equals));
+        if (!on.is_object() || !on.as_object()) throw automation::AutomationError(424, u"table", u"Object required");
+        return run(*on.as_object(), step.substr(equals + 1));
+    }
+    const std::string_view target = step.substr(0, equals);
+    const size_t open = target.find('(');
+    const std::string_view name = target.substr(0, open);
+    const auto id = object.member_id(automation::utf8_to_utf16(name));
+    if (!id) return automation::get(object, automation::utf8_to_utf16(name));  // raises what a host gets
+    std::vector<automation::Argument> args;
+    if (const std::string_view inside = open == std::string_view::npos ? "" : target.substr(open + 1, target.size() - open - 2);
+        !inside.empty())
+        for (std::string_view arg : split_cells(inside, ", ")) args.push_back({value_of(arg)});
+    if (equals < step.size()) {
+        args.push_back({value_of(step.substr(equals + 1))});
+        return object.invoke(*id, automation::kLet, args);
+    }
+    return object.invoke(*id, open == std::string_view::npos ? automation::kGet : automation::kMethod | automation::kGet, args);
+}
+
+// Each row of `table` on a new `Subject` (a field is named Campo, and is of type Text).
+template <class Subject>
+void expect_every_row(std::string_view table) {
+    automation::ClockScope pinned(*automation::make_date(2024, 5, 17, 10, 30, 0));
+    int line_number = 0, rows = 0;
+    for (std::string_view rest = table; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(rest.size(), line.size() + 1));
+        ++line_number;
+        if (line.empty() || line[0] == '#' || line.starts_with("rule\t")) continue;
+        const std::vector<std::string_view> row = split_cells(line, "\t");
+        ASSERT_EQ(row.size(), 4u) << "line " << line_number;
+        auto subject = automation::make_ref<Subject>();
+        if constexpr (std::is_same_v<Subject, fields::clsCeldo>) subject->let_Name(u"Campo");
+        ChangeCounter changes(*subject);
+        std::string got, expected;
+        try {
+            for (std::string_view step : split_cells(row[1], "; "))
+                if (!step.empty()) run(*subject, step);
+        } catch (const automation::AutomationError& e) {
+            got = error_text(e) + " | ";
+        }
+        for (std::string_view read : split_cells(row[2], "; ")) {
+            try {
+                got += typed(read == "(Chance)" ? Variant(changes.count) : run(*subject, read)) + " | ";
+            } catch (const automation::AutomationError& e) {
+                got += error_text(e) + " | ";
+            }
+        }
+        for (std::string_view answer : split_cells(row[3], " | "))
+            expected += (answer.starts_with("error ") || answer.starts_with("Object ") || answer.starts_with("Array(") ||
+                                 answer == "Nothing"
+                             ? std::string(answer)
+                             : typed(value_of(answer))) + " | ";
+        EXPECT_EQ(got, expected) << "line " << line_number << ": " << row[0];
+        ++rows;
+    }
+    EXPECT_GT(rows, 10) << "the table was read";
+}
+
+}  // namespace celdo::testing
