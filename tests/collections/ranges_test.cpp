@@ -1,4 +1,5 @@
-// Ranges: the name list cutter, and the named or other fields, shared or copied.
+// The name list cutter that ranges read their lists with (the ranges themselves are rows of
+// collection_rules.tsv).
 #include "tests/fields/field_support.hpp"
 
 #include "xml/reader.hpp"
@@ -22,45 +23,6 @@ TEST(CutNames, TrimsSkipsEmptyItemsAndKeepsQuotedCommas) {
         {cut(u"\"abierto, x"), u"[abierto, x]"},  // else the end
         {cut(u""), u""}, {cut(u"  "), u""},
     });
-}
-
-class Ranges : public ::testing::Test {
-protected:
-    void SetUp() override {
-        for (const char16_t* name : {u"Nombre", u"Codigo", u"Total", u"NProfile", u"UFecha"})
-            add_field(*row, name, exText, Variant(std::u16string(name) + u"!"));
-    }
-    Ref<clsCeldos> row = make_ref<clsCeldos>();
-};
-
-TEST_F(Ranges, RangeSharesTheNamedFieldsInTheListsOrder) {
-    auto r = row->Range(u"codigo, Nombre, Ausente,,Codigo");
-    EXPECT_EQ(names_of(*r), u"Codigo,Nombre,Codigo") << "a repeat is appended again";
-    EXPECT_EQ(&r->at(0), &row->at(1)) << "the same object";
-    EXPECT_EQ(r->at(0).get_Position(), 1) << "positions stay as they were";
-    Variant key(u"Codigo");
-    EXPECT_EQ(r->get_Item(key).get(), &r->at(0)) << "the first is keyed, the repeat not";
-    EXPECT_EQ(row->Range(u" , ")->size(), 0u);
-}
-
-TEST_F(Ranges, RangeAsCopies) {
-    auto r = row->RangeAs(u"Total");
-    ASSERT_EQ(r->size(), 1u);
-    EXPECT_NE(&r->at(0), &row->at(2));
-    r->at(0).let_Value(Variant(u"changed"));
-    EXPECT_EQ(row->at(2).get_Value(), Variant(u"Total!"));
-    EXPECT_EQ(r->at(0).get_Position(), 0) << "a copy starts without a position and takes its place here";
-}
-
-TEST_F(Ranges, RangeExKeepsTheOthersInThisOrder) {
-    auto r = row->RangeEx(u"NProfile,UProfile,NFecha,ufecha,ufecha");
-    EXPECT_EQ(names_of(*r), u"Nombre,Codigo,Total");
-    EXPECT_EQ(&r->at(2), &row->at(2));
-    EXPECT_EQ(names_of(*row->RangeEx(u"")), names_of(*row));
-    auto copies = row->RangeExAs(u"Nombre");
-    EXPECT_EQ(names_of(*copies), u"Codigo,Total,NProfile,UFecha");
-    EXPECT_NE(&copies->at(0), &row->at(1));
-    EXPECT_EQ(copies->at(0).get_Value(), Variant(u"Codigo!"));
 }
 
 }  // namespace
