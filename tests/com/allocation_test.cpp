@@ -17,20 +17,16 @@ struct Faults {
     Faults(const Faults&) = delete;
     Faults& operator=(const Faults&) = delete;
     ~Faults() { if (module) FreeLibrary(module); }
-    template <class F>
-    F* entry(const char* name) const {
-        return module ? reinterpret_cast<F*>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
-    }
     bool loaded() const { return get_class && can_unload && fail && made && live; }
 
     const HMODULE module = LoadLibraryW(dll_path().c_str());
     HRESULT(STDAPICALLTYPE* const get_class)(REFCLSID, REFIID, void**) =
-        entry<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
-    HRESULT(STDAPICALLTYPE* const can_unload)() = entry<HRESULT STDAPICALLTYPE()>("DllCanUnloadNow");
+        entry_point<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject", module);
+    HRESULT(STDAPICALLTYPE* const can_unload)() = entry_point<HRESULT STDAPICALLTYPE()>("DllCanUnloadNow", module);
     // Arms the walk: the nth allocation from now fails (with `after`, every one after it too); 0 disarms.
-    void (*const fail)(long n, BOOL after) = entry<void(long, BOOL)>("CeldoFailAllocation");
-    long (*const made)() = entry<long()>("CeldoAllocationsMade");  // since armed
-    long (*const live)() = entry<long()>("CeldoLiveAllocations");  // blocks from operator new
+    void (*const fail)(long n, BOOL after) = entry_point<void(long, BOOL)>("CeldoFailAllocation", module);
+    long (*const made)() = entry_point<long()>("CeldoAllocationsMade", module);  // since armed
+    long (*const live)() = entry_point<long()>("CeldoLiveAllocations", module);  // blocks from operator new
 };
 
 // One run of a scenario. Calls stop at the first failure, which is kept with its error.

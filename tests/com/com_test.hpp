@@ -27,10 +27,10 @@ inline HMODULE dll_module() {
     return module;
 }
 
-// An entry point of the DLL under test.
+// An entry point of a DLL, by default the DLL under test; null when either is missing.
 template <class F>
-F* entry_point(const char* name) {
-    return reinterpret_cast<F*>(reinterpret_cast<void*>(GetProcAddress(dll_module(), name)));
+F* entry_point(const char* name, HMODULE module = dll_module()) {
+    return module ? reinterpret_cast<F*>(reinterpret_cast<void*>(GetProcAddress(module, name))) : nullptr;
 }
 
 // What the DLL's DllCanUnloadNow answers.

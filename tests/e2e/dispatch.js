@@ -17,8 +17,6 @@ checkEqual(s, "  padded  ", "a by-reference parameter leaves the script's string
 checkEqual(p.Describe(7), "Size=7;Position=-1;Label=!;Extra=Missing;Mode=2;Flag=True", "trailing arguments left out");
 var grid = new VBArray(p.Grid(3, 2));
 checkEqual(grid.dimensions() + "," + grid.ubound(1) + " " + grid.getItem(2, 1), "2,2 21", "a two-dimensional array");
-checkThrows(function () { p.Raise(-2147221504, "Celdo_Codigo", "Tipo de dato no válido"); },
-            -2147221504, "Tipo de dato no válido", "an object error with its description");
 checkThrows(function () { p.Small = 40000; }, 6, "", "a language error's number in the low word");
 
 // (services.js has the library call a JScript object's function and write its property.)

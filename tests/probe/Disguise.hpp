@@ -10,14 +10,9 @@
 
 namespace celdo::tests::probe {
 
-// Where there is no COM (the native build): forwards names and calls to `target` and reports
-// `type_name` without the underscore of a default interface.
-automation::Ref<automation::Object> forwarding_disguise(automation::Ref<automation::Object> target,
-                                                        const std::u16string& type_name);
-
 // Set by the probe's COM server (DisguiseCom.cpp): a COM object with type information named
 // `type_name` that pads short calls with omitted arguments and indexes what a property returns,
-// as a control does. Null where there is none, and forwarding_disguise serves instead.
+// as a control does. Null in the native build, where no test disguises a double.
 using DisguiseMaker = automation::Ref<automation::Object> (*)(automation::Object& target,
                                                               const std::u16string& type_name);
 extern DisguiseMaker platform_disguise;

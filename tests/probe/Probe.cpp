@@ -11,6 +11,8 @@ namespace celdo::tests::probe {
 
 using automation::Variant;
 
+DisguiseMaker platform_disguise = nullptr;
+
 Variant Probe::get_Cell(int32_t column, int32_t row) const {
     auto it = cells_.find({column, row});
     return it == cells_.end() ? Variant() : it->second;
@@ -44,19 +46,6 @@ Variant Probe::Grid(int32_t columns, int32_t rows) const {
     return Variant(std::move(grid));
 }
 
-std::u16string Probe::Shape(const Variant& data) const {
-    if (!data.is_array()) return u"not an array";
-    const automation::Array& a = data.as_array();
-    std::u16string out;
-    for (int d = 1; d <= a.dimensions(); ++d) {
-        if (d > 1) out += u",";
-        out += automation::to_string(Variant(a.lbound(d))) + u".." + automation::to_string(Variant(a.ubound(d)));
-    }
-    if (a.size() > 0) out += u" first=" + automation::to_string(a.elements().front()) + u" last=" +
-                             automation::to_string(a.elements().back());
-    return out;
-}
-
 void Probe::Raise(int32_t number, const std::u16string& source, const std::u16string& description) const {
     throw automation::AutomationError(number, source, description);
 }
@@ -76,17 +65,12 @@ Variant Probe::Read(automation::Ref<automation::Object> target, const std::u16st
     return automation::get(present(target), member);
 }
 
-void Probe::Write(automation::Ref<automation::Object> target, const std::u16string& member, const Variant& value) const {
-    automation::let(present(target), member, {value});
-}
-
 std::u16string Probe::NameOf(automation::Ref<automation::Object> target) const { return present(target).type_name(); }
 
 automation::Ref<automation::Object> Probe::Disguise(automation::Ref<automation::Object> target,
                                                     const std::u16string& type_name) const {
-    present(target);
-    if (platform_disguise) return platform_disguise(*target, type_name);
-    return forwarding_disguise(std::move(target), type_name);
+    if (!platform_disguise) throw automation::AutomationError(automation::StdError::InvalidCall);
+    return platform_disguise(present(target), type_name);
 }
 
 void Probe::Ring(int32_t times) {

@@ -52,7 +52,6 @@ public:
     void Renew(automation::Ref<Probe>& target) const;
     automation::Ref<Probe> Itself() { return automation::Ref<Probe>(this); }
     automation::Variant Grid(int32_t columns, int32_t rows) const;
-    std::u16string Shape(const automation::Variant& data) const;
     void Raise(int32_t number, const std::u16string& source, const std::u16string& description) const;
     void Ring(int32_t times);
     void Enter() { raise_event(events::Probe::EnterCell); }
@@ -61,8 +60,6 @@ public:
     automation::Variant Call(automation::Ref<automation::Object> target, const std::u16string& member,
                              automation::Variant& argument) const;
     automation::Variant Read(automation::Ref<automation::Object> target, const std::u16string& member) const;
-    void Write(automation::Ref<automation::Object> target, const std::u16string& member,
-               const automation::Variant& value) const;
     std::u16string NameOf(automation::Ref<automation::Object> target) const;
     // A script double of a control made to look like the real one (tests/probe/Disguise.hpp).
     automation::Ref<automation::Object> Disguise(automation::Ref<automation::Object> target,

@@ -27,7 +27,6 @@ Dim released
 released = 0
 
 Class DataAccessDouble
-    Public FormatShowDate
     Public HayConexion
     Public Received
     Public Types
@@ -38,7 +37,6 @@ Class DataAccessDouble
     Private Sub Class_Initialize(): HayConexion = True: Status = 0: Set GiveHeader = Nothing: Set GiveParameters = Nothing: End Sub
     Private Sub Class_Terminate(): released = released + 1: End Sub
     Public Property Get Evaluador(): Set Evaluador = Me: End Property
-    Public Function ReplaceString(text, find, replacement): ReplaceString = Replace(text, find, replacement): End Function
     Public Function ReplaceExpresion(text, row)
         ReplaceExpresion = text
         If Not row Is Nothing Then ReplaceExpresion = Replace(text, "[Pais]", row.Item("Pais").Value)
