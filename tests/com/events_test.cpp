@@ -21,7 +21,7 @@ TEST(Events, ChanceIsRaisedWhenTheValueChangesToAdvisedSinksUntilTheyLeave) {
     RecordingSink sink(DIID___clsCeldo);
     Connection connection(field.get(), DIID___clsCeldo, &sink);
     ASSERT_TRUE(connection.advised);
-    // Which changes raise it is the native tests' (tests/fields/value_test.cpp).
+    // Which changes raise it is the native tests' (the rows of tests/fields/field_rules.tsv).
     ASSERT_EQ(field->put_DataType(exLong), S_OK);
     EXPECT_EQ(field->put_Value(number(1)), S_OK);
     EXPECT_EQ(sink.ids, (std::vector<DISPID>{1})) << "Chance is event 1";
