@@ -5,6 +5,7 @@
 #include "collections/clsCeldos.hpp"
 #include "fields/clsCeldo.hpp"
 #include "services/ISService.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/fake_host.hpp"
 #include "tests/support/test_support.hpp"
@@ -102,12 +103,6 @@ inline Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = 
         return data;
     };
     return ex;
-}
-
-// A field of a row, by name.
-inline Ref<fields::clsCeldo> field_in(const Fields& row, const char16_t* name) {
-    Variant key(name);
-    return row->get_Item(key);
 }
 
 // A form control named `name` on `log`, bound through DataField and DataMember when given.

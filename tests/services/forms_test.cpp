@@ -16,18 +16,18 @@ Fields customer() {
     Fields row = header({{u"Nombre", exText, u"", u"Ana"}, {u"Edad", exLong, u"", 30}, {u"Activo", exBoolean, u"", true},
                          {u"Alta", exDate, u"", kAlta}, {u"Baja", exDate}, {u"Pais", exLong, u"", 2}, {u"Nota", exText},
                          {u"Foto", exText}});
-    field_in(row, u"Nombre")->let_Size(40);
-    field_in(row, u"Nombre")->let_Caption(u"Nombre del cliente");
-    field_in(row, u"Pais")->let_RowSource(u"1;Uno;2;Dos");
-    field_in(row, u"Pais")->let_ColumnCount(2);
-    field_in(row, u"Foto")->let_RowSource(u"c:\\foto.bmp");
+    item(*row, u"Nombre")->let_Size(40);
+    item(*row, u"Nombre")->let_Caption(u"Nombre del cliente");
+    item(*row, u"Pais")->let_RowSource(u"1;Uno;2;Dos");
+    item(*row, u"Pais")->let_ColumnCount(2);
+    item(*row, u"Foto")->let_RowSource(u"c:\\foto.bmp");
     return row;
 }
 
 // The rendered values of these fields of a row, one after another.
 std::string values(const Fields& row, std::initializer_list<const char16_t*> names) {
     std::string out;
-    for (const char16_t* name : names) out += render(field_in(row, name)->get_Value());
+    for (const char16_t* name : names) out += render(item(*row, name)->get_Value());
     return out;
 }
 
@@ -39,7 +39,7 @@ Ref<Fake> option_set(const std::string& name, const Log& log, std::vector<Varian
     return set;
 }
 
-TEST_F(ServiceForms, FillFormWritesEachFamily) {
+TEST_F(ServiceForms, FillFormWritesEachFamilyAndFillsListsFromTheRowSourceThenSelects) {
     const std::tuple<const char16_t*, const char*, const char16_t*, std::string> cases[] = {
         // type, name, data field: what the control receives
         {u"Label", "lblNombre", u"", R"(Caption = "Nombre del cliente")"}, {u"RichTextBox", "rtfNota", u"", R"(TextRTF = "")"},
@@ -58,30 +58,25 @@ TEST_F(ServiceForms, FillFormWritesEachFamily) {
     std::vector<Ref<Fake>> controls;
     for (const auto& [type, name, field, expected] : cases) controls.push_back(control(type, name, log, field));
     controls.push_back(option_set("optPais", log, {1, 2, 2}));
+    // Lists and image combos are filled from the row source when empty, then their item chosen.
+    auto list = keeps_items(control(u"ComboBox", "cboPais", log)), plain = keeps_items(control(u"ListBox", "lstNombre", log));
+    for (const char16_t* text : {u"Luis", u"ana"}) automation::call(*plain, u"AddItem", {text});
+    auto combo = control(u"icbo", "icbPais", log);
+    holder(*combo, "ComboItems", "items");
+    controls.insert(controls.end(), {list, plain, combo});
     Control frm = form(controls, log);
     Fields row = customer();
     s.FillForm(frm, row, u"", false);
     for (const auto& [type, name, field, expected] : cases) EXPECT_EQ(writes(fake(frm), name), expected) << name;
     EXPECT_EQ(writes(fake(frm), "b"), "Value = False; Value = True; Value = True");
-}
-
-TEST_F(ServiceForms, ListsAndImageCombosAreFilledFromTheRowSourceThenSelected) {
-    const Log log = std::make_shared<std::vector<std::string>>();
-    auto list = keeps_items(control(u"ComboBox", "cboPais", log)), plain = keeps_items(control(u"ListBox", "lstNombre", log));
-    for (const char16_t* text : {u"Luis", u"ana"}) automation::call(*plain, u"AddItem", {text});
-    auto combo = control(u"icbo", "icbPais", log);
-    holder(*combo, "ComboItems", "items");
-    Control frm = form({list, plain, combo}, log);
-    Fields row = customer();
-    s.FillForm(frm, row, u"", false);
     // Items with identifiers are chosen by ItemData, plain ones by their text.
     EXPECT_EQ(props(*list, "ListCount,ListIndex,Text") + " " + props(*plain, "Text"), R"(2|1|"Dos" "ana")");
     EXPECT_EQ(shown(combo, "ComboItems"), "K1: Uno; K2: Dos; K: {Ninguno}");
     EXPECT_EQ(writes(*combo, "icbPais"), R"(ForeColor = 8735488; Caption = "Pais"; Refresh())");
     EXPECT_EQ(fake(frm).lines("Selected"), "item1: Let Selected = True; item2: Let Selected = True");
     // A value that no item stands for leaves nothing selected; a required field offers no "{Ninguno}".
-    field_in(row, u"Pais")->let_Value(7);
-    field_in(row, u"Pais")->let_Required(true);
+    item(*row, u"Pais")->let_Value(7);
+    item(*row, u"Pais")->let_Required(true);
     combo->kid("ComboItems").items->clear();
     s.FillForm(frm, row, u"", false);
     EXPECT_EQ(shown(combo, "ComboItems"), "K1: Uno; K2: Dos");
@@ -111,7 +106,7 @@ TEST_F(ServiceForms, BindingByDataFieldNameGroupAndRefresh) {
     }
     // A refresh rewrites only the fields changed since they were last taken as saved.
     row->Updated();
-    field_in(row, u"Edad")->let_Value(31);
+    item(*row, u"Edad")->let_Value(31);
     s.FillForm(frm, row, u"Cliente", true);
     std::string rewritten;
     for (const auto& c : controls) rewritten += std::to_string(c->count("Let Text"));
@@ -172,12 +167,12 @@ TEST_F(ServiceForms, ImageCombosAndOptionSetsReadBackByKeyAndOptionValue) {
         {nullptr, nullptr, -1, "2  30 0"},      // nothing chosen: the fields keep their values
     };
     for (const auto& [key, text, chosen, expected] : cases) {
-        auto item = make_ref<Fake>(u"Object", "item", log);
-        item->props = {{"Key", key ? key : u""}, {"Text", text ? text : u""}};
-        combo->props["SelectedItem"] = key ? Variant(item) : Variant::nothing();
+        auto selected = make_ref<Fake>(u"Object", "item", log);
+        selected->props = {{"Key", key ? key : u""}, {"Text", text ? text : u""}};
+        combo->props["SelectedItem"] = key ? Variant(selected) : Variant::nothing();
         for (int i = 0; i < 3; ++i) fake(options->kid("Buttons").items->at(i).object()).props["Value"] = i == chosen;
         Fields row = customer();
-        const auto pais = field_in(row, u"Pais");
+        const auto pais = item(*row, u"Pais");
         pais->let_DataType(exText);
         if (!text || std::u16string_view(text) != u"Nada") pais->let_DefaultValue(5);
         s.FillCeldosForm(frm, row, u"");
