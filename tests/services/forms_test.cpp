@@ -220,24 +220,26 @@ TEST_F(ServiceForms, PaintFormKeepsDesignersColours) {
 
 TEST_F(ServiceForms, EntriesMoveBetweenListViewsAndDataGrids) {
     Control source = list_view(3), target = list_view(3);
+    Fake &from = fake(source).kid("ListItems"), &to = fake(target).kid("ListItems");
+    // The first item of a list view, as the host hands it: its Index counts from 1.
+    const auto first = [](const Fake& items) {
+        Control item = items.items->front().object();
+        fake(item).props["Index"] = 1;
+        return item;
+    };
     s.AddListItem(source, u"7", 1, 1, u"a!b!c", u"!", u"t");
-    Variant first = fake(source).kid("ListItems").items->front();
-    Control moved = first.object();
-    fake(moved).props["Index"] = 1;
+    Control moved = first(from);
     // A target that refuses the item (a key it holds already) leaves it in the source.
-    fake(target).kid("ListItems").on["Add"] = refuse;
+    to.on["Add"] = refuse;
     s.SawpListView(moved, source, target, u"#");
-    EXPECT_EQ(fake(source).kid("ListItems").items->size(), 1u);
-    fake(target).kid("ListItems").on.erase("Add");
+    EXPECT_EQ(from.items->size(), 1u);
+    to.on.erase("Add");
     s.SawpListView(moved, source, target, u"#");
-    EXPECT_EQ(shown(target, "ListItems") + " " + render(fake(fake(target).kid("ListItems").items->front().object()).props["Tag"]),
-              "K7: a|b|c \"t\"");
-    EXPECT_TRUE(fake(source).kid("ListItems").items->empty());
+    EXPECT_EQ(shown(target, "ListItems") + " " + render(fake(first(to)).props["Tag"]), "K7: a|b|c \"t\"");
+    EXPECT_TRUE(from.items->empty());
 
     auto grid = make_ref<Fake>(u"SSDBGrid", "grid");
-    first = fake(target).kid("ListItems").items->front();
-    moved = first.object();
-    fake(moved).props["Index"] = 1;
+    moved = first(to);
     s.SawpListViewGrid(moved, target, grid, u";");
     EXPECT_EQ(grid->lines("grid"), R"(grid: Let FieldSeparator = ";"; grid: Call AddItem("a;b;c"))");
 
@@ -264,7 +266,7 @@ TEST_F(ServiceForms, ExecFillGridLaysColumnsOutFromTheHeader) {
         auto grid = make_ref<Fake>(u"SSDBGrid", "grid");
         Fake& columns = holder(*grid, "Columns", "cols", 0);
         for (const char* label : {"c0", "c1"}) add(columns, label);
-        s.set_Ex(data_access(true, matrix({{1, u"a"}, {2, Variant::null()}}), fields, status));
+        data_access(true, matrix({{1, u"a"}, {2, Variant::null()}}), fields, status);
         Fields parameters;
         s.ExecFillGrid(grid, u"Select", 0, 0, u"!", parameters);
         EXPECT_EQ(grid->lines(), expected);

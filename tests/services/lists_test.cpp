@@ -24,7 +24,7 @@ TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
     for (const auto& [rows, answer, status, expected] : cases) {
         auto list = keeps_items(make_ref<Fake>(u"ListBox", "lst"));
         automation::call(*list, u"AddItem", {u"old"});
-        s.set_Ex(data_access(true, answer, {}, status));
+        data_access(true, answer, {}, status);
         s.FillListDB(list, rows);
         std::string shown;
         const int32_t count = automation::to_long(automation::get(*list, u"ListCount"));
@@ -51,7 +51,6 @@ TEST_F(ServiceLists, ExecFillListDBCallsTheShortFormAndChoosesByTypeName) {
         list->props["NewIndex"] = 0;
         list->kid("ComboItems", "items").items.emplace();
         auto ex = data_access(true, matrix({{3, u"a"}}), {}, status, u"out");
-        s.set_Ex(ex);
         Control c = list;
         Variant none = Variant::missing(), given = u"in";
         s.ExecFillListDB(c, u"Select 1", none);

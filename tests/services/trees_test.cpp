@@ -124,7 +124,6 @@ TEST_F(ServiceTrees, SingleNodesGetNodesAndTheDataAccessObject) {
         TreeDouble filled;
         Control view = filled.tree;
         auto ex = data_access(connected, matrix({{1, u"", u"a"}}), {}, status, answered);
-        s.set_Ex(ex);
         Fields in_out = given;
         s.ExecFillTreeView(view, u"Select", exOpenKeyset, Variant::missing(), Variant::missing(), in_out);
         EXPECT_EQ(std::tuple(filled.added, ex->lines("ExecFillArray"), in_out.get()),
@@ -152,8 +151,8 @@ TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels
 
     // From the data-access object: its header's key and parent fields are not shown columns.
     grid->log->clear();
-    s.set_Ex(data_access(true, matrix({{1, u"", u"a", 10}}), header({{u"Id", exLong}, {u"Parent", exLong},
-                                                                    {u"Name", exText}, {u"Amount", exLong, u"0.0"}})));
+    const Fields answered = header({{u"Id", exLong}, {u"Parent", exLong}, {u"Name", exText}, {u"Amount", exLong, u"0.0"}});
+    data_access(true, matrix({{1, u"", u"a", 10}}), answered);
     Fields none;
     s.ExecFillFlexGridTree(shown, u"Select", exOpenStatic, none, nullptr);
     EXPECT_EQ(render(grid->props["FormatString"]) + " " + render(grid->props["TextMatrix(1, 2)"]), R"("|Name|Amount" "10.0")");
