@@ -38,28 +38,37 @@ TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
     }
 }
 
-TEST_F(ServiceLists, ExecFillListDBCallsTheShortFormAndChoosesByTypeName) {
-    const std::tuple<const char16_t*, int32_t, std::string> cases[] = {
-        // the control's type, the status: what the control was asked
-        {u"ComboBox", 0, R"(c: Call Clear(); c: Call Clear(); c: Call AddItem("a"); c: Get NewIndex; c: Let ItemData(0) = 3)"},
-        {u"ComboBox", -1, "c: Call Clear()"},
-        {u"icbo", 0, R"(c: Call Clear(); c: Get ComboItems; items: Call Clear(); c: Get ComboItems; items: Call Add(Missing, "K3", "a"); )"
-                     R"(item1: Let Tag = ""; items: Get Count; items: Get Item(1); item1: Let Selected = True)"},
+// Lists and trees ask the data-access object in its short form: every argument by reference (the
+// double checks), the parameters last, after a missing argument, only when given, and handed back.
+TEST_F(ServiceLists, ExecFillListDBAndTreeViewAskInTheShortFormAndChooseTheFillByTypeName) {
+    const Fields in = header({{u"In", exLong}}), out = header({{u"Out", exLong}});
+    const std::tuple<const char16_t*, bool, int32_t, Fields, std::string, std::string> cases[] = {
+        // the control's type, connected, status, parameters given: ExecFillArray's arguments after
+        // the query ("out" when the parameters came back), then what the control was told
+        {u"ComboBox", true, 0, {}, "5273, 0, Object)", R"(Clear(); Clear(); AddItem("a"); ItemData(4) = 3)"},
+        {u"ComboBox", true, -1, in, "5273, 0, Object, Missing, Object) out", "Clear()"},
+        {u"icbo", true, 0, {}, "5273, 0, Object)", R"(Clear(); Clear(); Add(Missing, "K3", "a"); Tag = ""; Selected = True)"},
+        // A tree passes its own mode and no header, and asks nothing without a connection.
+        {u"TreeView", true, 0, in, "5271, 0, Nothing, Missing, Object) out",
+         R"(Clear(); Add(Missing, Missing, "K3", "a", Missing, Missing))"},
+        {u"TreeView", true, -1, {}, "5271, 0, Nothing)", ""},
+        {u"TreeView", false, 0, in, "", ""},
     };
-    for (const auto& [type, status, expected] : cases) {
-        auto list = make_ref<Fake>(type, "c");
-        list->props["NewIndex"] = 0;
-        list->kid("ComboItems", "items").items.emplace();
-        auto ex = data_access(true, matrix({{3, u"a"}}), {}, status, u"out");
-        Control c = list;
-        Variant none = Variant::missing(), given = u"in";
-        s.ExecFillListDB(c, u"Select 1", none);
-        EXPECT_EQ(fake(c).lines(), expected) << render(type);
-        // Given parameters: the long form, a missing fifth argument, the host's answer written back.
-        s.ExecFillListDB(c, u"Select 1", given);
-        EXPECT_EQ(ex->lines("ExecFillArray"), R"(ex: Call ExecFillArray("Select 1", 5273, 0, Object); )"
-                                              R"(ex: Call ExecFillArray("Select 1", 5273, 0, Object, Missing, "in"))");
-        EXPECT_EQ(given, Variant(u"out"));
+    for (const auto& [type, connected, status, given, asked, told] : cases) {
+        const bool tree = std::u16string_view(type) == u"TreeView";
+        auto ex = data_access(connected, tree ? matrix({{3, u"", u"a"}}) : matrix({{3, u"a"}}), {}, status, out);
+        auto c = make_ref<Fake>(type, "c");
+        c->props["NewIndex"] = 4;  // the item just added, wherever the list put it
+        holder(*c, tree ? "Nodes" : "ComboItems", "items");
+        Control control = c;
+        Fields parameters = given;
+        Variant listed = given ? Variant(Control(given)) : Variant::missing();
+        if (tree) s.ExecFillTreeView(control, u"Q", exOpenKeyset, Variant::missing(), Variant::missing(), parameters);
+        else s.ExecFillListDB(control, u"Q", listed);
+        const bool back = parameters == out || (listed.is_object() && listed.as_object() == out.get());
+        EXPECT_EQ(ex->lines("ExecFillArray") + (back ? " out" : ""), asked.empty() ? "" : "ex: Call ExecFillArray(\"Q\", " + asked)
+            << render(type) << status;
+        EXPECT_EQ(writes(*c, ""), told) << render(type) << status;
     }
 }
 
