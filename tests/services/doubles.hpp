@@ -5,6 +5,7 @@
 #include "collections/clsCeldos.hpp"
 #include "fields/clsCeldo.hpp"
 #include "services/ISService.hpp"
+#include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/fake_host.hpp"
 #include "tests/support/test_support.hpp"
@@ -88,28 +89,6 @@ inline Variant matrix(std::vector<std::vector<Variant>> rows) {
     return cells;
 }
 
-// A data-access object whose ExecFillArray, every argument by reference, leaves `status`, and
-// `header` and `parameters` when given, and answers `data`. Its log shows what it was asked.
-inline Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = {}, int32_t status = 0,
-                             Variant parameters = {}) {
-    auto ex = make_ref<Fake>(u"DataAccess", "ex");
-    ex->props["HayConexion"] = connected;
-    ex->on["ExecFillArray"] = [=](std::span<Argument> a) {
-        for (const Argument& arg : a) EXPECT_TRUE(arg.by_ref);
-        a[2].value = status;
-        if (header) a[3].value = header;
-        if (!parameters.is_empty() && a.size() > 5) a[5].value = parameters;
-        return data;
-    };
-    return ex;
-}
-
-// A field of a row, by name.
-inline Ref<fields::clsCeldo> field_in(const Fields& row, const char16_t* name) {
-    Variant key(name);
-    return row->get_Item(key);
-}
-
 // A form control named `name` on `log`, bound through DataField and DataMember when given.
 inline Ref<Fake> control(const char16_t* type, const std::string& name, const Log& log, const char16_t* field = u"",
                          const char16_t* member = u"") {
@@ -166,6 +145,24 @@ inline std::string writes(const Fake& f, const std::string& label) {
 
 struct Service : ::testing::Test {
     services::ISService s;
+
+    // Gives the service a data-access object whose ExecFillArray, every argument by reference,
+    // leaves `status`, and `header` and `parameters` when given, and answers `data`. Its log
+    // shows what it was asked.
+    Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = {}, int32_t status = 0,
+                          Variant parameters = {}) {
+        auto ex = make_ref<Fake>(u"DataAccess", "ex");
+        ex->props["HayConexion"] = connected;
+        ex->on["ExecFillArray"] = [=](std::span<Argument> a) {
+            for (const Argument& arg : a) EXPECT_TRUE(arg.by_ref);
+            a[2].value = status;
+            if (header) a[3].value = header;
+            if (!parameters.is_empty() && a.size() > 5) a[5].value = parameters;
+            return data;
+        };
+        s.set_Ex(ex);
+        return ex;
+    }
 };
 
 }  // namespace celdo::testing

@@ -134,7 +134,6 @@ TEST_F(ServiceFlexGrids, ExecFillFlexGridFillsLaysOutTheHeaderWithoutRowsAndStop
     };
     for (const auto& [connected, status, data, max_rows, shown, expected] : cases) {
         auto ex = data_access(connected, data, fields, status, out);
-        s.set_Ex(ex);
         Control g = grid();
         Fields parameters;
         s.ExecFillFlexGrid(g, u"Q", exOpenStatic, 3, parameters, max_rows, shown);
@@ -146,7 +145,7 @@ TEST_F(ServiceFlexGrids, ExecFillFlexGridFillsLaysOutTheHeaderWithoutRowsAndStop
         EXPECT_EQ(ex->lines("ExecFillArray") + (parameters == out ? " out" : ""), connected ? fetched + " out" : "");
     }
     // No rows and no header at all: the grid is only cleared, never left with Redraw off.
-    s.set_Ex(data_access(true));
+    data_access(true);
     Control bare = grid();
     Fields none;
     s.ExecFillFlexGrid(bare, u"Q", exOpenStatic, 0, none, 0, {});

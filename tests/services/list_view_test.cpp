@@ -69,7 +69,6 @@ TEST_F(ServiceListViews, ExecFillListViewFetchesByReferenceAndPreparesOnlyColumn
         {false, 0, two, false, 0, " = "}};
     for (auto [connected, max_rows, fields, key, columns, expected] : cases) {
         auto ex = data_access(connected, matrix({{1, u"Ana"}}), fields, -5, out);
-        s.set_Ex(ex);
         Control lv = list_view(columns);
         Fields parameters;
         const std::string fetched = R"(ex: Call ExecFillArray("Q", 5273, 0, Nothing, 2, Nothing, )" + std::to_string(max_rows) + ")";

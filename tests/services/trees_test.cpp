@@ -92,7 +92,7 @@ TEST_F(ServiceTrees, ATenThousandLevelTreeIsFilledWithoutRecursion) {
     EXPECT_EQ(t.added.substr(0, 9), "K1 K2<K1 ");
 }
 
-TEST_F(ServiceTrees, SingleNodesGetNodesAndTheDataAccessObject) {
+TEST_F(ServiceTrees, SingleNodesAreAddedAndGetNodesGivesTheKeysAsTheHostGaveThem) {
     TreeDouble t;
     Control tree = t.tree;
     s.AddRootNode(tree, u"7", u"a", 1, Variant::missing(), u"t");
@@ -115,21 +115,6 @@ TEST_F(ServiceTrees, SingleNodesGetNodesAndTheDataAccessObject) {
     nodes.items->clear();
     EXPECT_EQ(s.GetNodes(tree, true).as_array().ubound(1), -1);
 
-    // ExecFillTreeView: the short form with the header as Nothing, parameters written back.
-    const Fields parameters = header({{u"Id", exLong}}), answered = header({{u"Out", exLong}});
-    const std::string asked = "ex: Call ExecFillArray(\"Select\", " + std::to_string(exOpenKeyset) + ", 0, Nothing";
-    for (auto [connected, status, given, expected, call] :
-         {std::tuple(true, 0, parameters, "K1", asked + ", Missing, Object)"), {true, -1, Fields(), "", asked + ")"},
-          {false, 0, Fields(), "", std::string()}}) {
-        TreeDouble filled;
-        Control view = filled.tree;
-        auto ex = data_access(connected, matrix({{1, u"", u"a"}}), {}, status, answered);
-        s.set_Ex(ex);
-        Fields in_out = given;
-        s.ExecFillTreeView(view, u"Select", exOpenKeyset, Variant::missing(), Variant::missing(), in_out);
-        EXPECT_EQ(std::tuple(filled.added, ex->lines("ExecFillArray"), in_out.get()),
-                  std::tuple(std::string(expected), call, given ? answered.get() : nullptr));
-    }
 }
 
 TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels) {
@@ -152,8 +137,8 @@ TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels
 
     // From the data-access object: its header's key and parent fields are not shown columns.
     grid->log->clear();
-    s.set_Ex(data_access(true, matrix({{1, u"", u"a", 10}}), header({{u"Id", exLong}, {u"Parent", exLong},
-                                                                    {u"Name", exText}, {u"Amount", exLong, u"0.0"}})));
+    const Fields answered = header({{u"Id", exLong}, {u"Parent", exLong}, {u"Name", exText}, {u"Amount", exLong, u"0.0"}});
+    data_access(true, matrix({{1, u"", u"a", 10}}), answered);
     Fields none;
     s.ExecFillFlexGridTree(shown, u"Select", exOpenStatic, none, nullptr);
     EXPECT_EQ(render(grid->props["FormatString"]) + " " + render(grid->props["TextMatrix(1, 2)"]), R"("|Name|Amount" "10.0")");
