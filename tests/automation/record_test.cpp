@@ -52,15 +52,8 @@ TEST(PlatformRecord, EveryRowAgreesInItsSettings) {
     // The record's German rows need only its separators and order: Spanish, with points in dates.
     const std::pair<std::string_view, Locale> settings[] = {{"en-US", Locale::english_united_states()},
         {"es-ES", Locale::spanish_spain()}, {"de-DE", [] { Locale l = Locale::spanish_spain(); l.date_separator = u"."; return l; }()}};
-    int line_number = 0, runs = 0;
-    for (std::string_view rest = kRecord; !rest.empty();) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(std::min(rest.size(), line.size() + 1));
-        ++line_number;
-        if (line.empty() || line[0] == '#' || line.starts_with("settings")) continue;
-        std::vector<std::string_view> row;
-        for (size_t start = 0, tab = 0; tab != std::string_view::npos; start = tab + 1)
-            row.push_back(line.substr(start, (tab = line.find('\t', start)) - start));
+    int runs = 0;
+    celdo::testing::for_each_row(kRecord, "settings\t", [&](int line_number, const std::vector<std::string_view>& row) {
         ASSERT_GE(row.size(), 4u) << "line " << line_number;
         for (const auto& [name, locale] : settings) {
             if (row[0] != name && !((row[0] == "any" || row[0] == "local") && name != "de-DE")) continue;
@@ -82,7 +75,7 @@ TEST(PlatformRecord, EveryRowAgreesInItsSettings) {
             EXPECT_TRUE(!input.is_string() || recognised == !refused) << "IsNumeric or IsDate, " << where;
             ++runs;
         }
-    }
+    });
     EXPECT_GT(runs, 1000);
 }
 

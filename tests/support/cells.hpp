@@ -92,6 +92,19 @@ inline std::vector<std::string_view> split_cells(std::string_view line, std::str
     return cells;
 }
 
+// Calls `visit(line_number, cells)` for each row of a tab-separated table, past blank lines,
+// "#" comments and the header line, which starts with `header`.
+template <class F>
+void for_each_row(std::string_view table, std::string_view header, F visit) {
+    int line_number = 0;
+    for (std::string_view rest = table; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(rest.size(), line.size() + 1));
+        ++line_number;
+        if (!line.empty() && line[0] != '#' && !line.starts_with(header)) visit(line_number, split_cells(line, "\t"));
+    }
+}
+
 // A value as a cell writes it: "Type value", a text quoted, Empty, Null, an object by its class,
 // or a data array (column, row) as Array(row; row) with ", " between a row's cells.
 inline std::string typed(const Variant& v) {

@@ -73,13 +73,8 @@ inline Variant run(automation::Object& object, std::string_view step) {
 template <class Subject>
 void expect_every_row(std::string_view table) {
     automation::ClockScope pinned(*automation::make_date(2024, 5, 17, 10, 30, 0));
-    int line_number = 0, rows = 0;
-    for (std::string_view rest = table; !rest.empty();) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(std::min(rest.size(), line.size() + 1));
-        ++line_number;
-        if (line.empty() || line[0] == '#' || line.starts_with("rule\t")) continue;
-        const std::vector<std::string_view> row = split_cells(line, "\t");
+    int rows = 0;
+    for_each_row(table, "rule\t", [&](int line_number, const std::vector<std::string_view>& row) {
         ASSERT_EQ(row.size(), 4u) << "line " << line_number;
         auto subject = automation::make_ref<Subject>();
         if constexpr (std::is_same_v<Subject, fields::clsCeldo>) subject->let_Name(u"Campo");
@@ -106,7 +101,7 @@ void expect_every_row(std::string_view table) {
                              : typed(value_of(answer))) + " | ";
         EXPECT_EQ(got, expected) << "line " << line_number << ": " << row[0];
         ++rows;
-    }
+    });
     EXPECT_GT(rows, 10) << "the table was read";
 }
 
