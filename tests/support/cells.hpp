@@ -1,5 +1,5 @@
 #pragma once
-// The cells of the test tables (platform_record.tsv, field_rules.tsv): values written as text,
+// The cells of the test tables (platform_record.tsv and the rule tables): values written as text,
 // read into Variants, and Variants written back the same way, so that a table states a subtype
 // with its value.
 

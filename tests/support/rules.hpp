@@ -8,13 +8,12 @@
 
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 #include "automation/clock.hpp"
 #include "automation/error.hpp"
 #include "automation/late_binding.hpp"
-#include "fields/clsCeldo.hpp"
+#include "automation/component.hpp"
 #include "tests/support/cells.hpp"
 #include "tests/support/test_support.hpp"
 
@@ -25,9 +24,10 @@ inline constexpr std::string_view kConstants =
 #include "Constants.inc"
     ;
 
-// A cell, Missing, or an enumeration's member by name, as a Long.
+// A cell, Missing, Nothing, or an enumeration's member by name, as a Long.
 inline Variant value_of(std::string_view text) {
     if (text == "Missing") return Variant::missing();
+    if (text == "Nothing") return Variant::nothing();
     const std::string member = "\n    " + std::string(text) + " = ";
     const size_t at = kConstants.find(member);
     return at == std::string_view::npos ? cell(text, u".") : Variant(number<int32_t>(kConstants.substr(at + member.size())));
@@ -69,15 +69,15 @@ inline Variant run(automation::Object& object, std::string_view step) {
     return object.invoke(*id, open == std::string_view::npos ? automation::kGet : automation::kMethod | automation::kGet, args);
 }
 
-// Each row of `table` on a new `Subject` (a field is named Campo, and is of type Text).
-template <class Subject>
-void expect_every_row(std::string_view table) {
+// Each row of `table` on a new `Subject`, readied by `prepare` before the row's steps.
+template <class Subject, class Prepare = void (*)(Subject&)>
+void expect_every_row(std::string_view table, Prepare prepare = [](Subject&) {}) {
     automation::ClockScope pinned(*automation::make_date(2024, 5, 17, 10, 30, 0));
     int rows = 0;
     for_each_row(table, "rule\t", [&](int line_number, const std::vector<std::string_view>& row) {
         ASSERT_EQ(row.size(), 4u) << "line " << line_number;
         auto subject = automation::make_ref<Subject>();
-        if constexpr (std::is_same_v<Subject, fields::clsCeldo>) subject->let_Name(u"Campo");
+        prepare(*subject);
         ChangeCounter changes(*subject);
         std::string got, expected;
         try {
@@ -95,8 +95,7 @@ void expect_every_row(std::string_view table) {
             }
         }
         for (std::string_view answer : split_cells(row[3], " | "))
-            expected += (answer.starts_with("error ") || answer.starts_with("Object ") || answer.starts_with("Array(") ||
-                                 answer == "Nothing"
+            expected += (answer.starts_with("error ") || answer.starts_with("Object ") || answer.starts_with("Array(")
                              ? std::string(answer)
                              : typed(value_of(answer))) + " | ";
         EXPECT_EQ(got, expected) << "line " << line_number << ": " << row[0];
