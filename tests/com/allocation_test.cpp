@@ -38,8 +38,8 @@ public:
     ComPtr<IDispatch> create(REFCLSID clsid) {
         ComPtr<IDispatch> object;
         ComPtr<IClassFactory> factory;
-        if (!failed()) vtable(dll_.get_class(clsid, IID_IClassFactory, factory.out_void()));
-        if (!failed()) vtable(factory->CreateInstance(nullptr, IID_IDispatch, object.out_void()));
+        if (!failed()) vtable(dll_.get_class(clsid, IID_IClassFactory, factory.put_void()));
+        if (!failed()) vtable(factory->CreateInstance(nullptr, IID_IDispatch, object.put_void()));
         return object;
     }
 
@@ -64,7 +64,7 @@ public:
         hr = answer == DISP_E_EXCEPTION ? error.scode : answer;
         if (answer == DISP_E_EXCEPTION) description = error.bstrDescription ? error.bstrDescription : L"";
         for (BSTR b : {error.bstrSource, error.bstrDescription, error.bstrHelpFile}) SysFreeString(b);
-        if (V_VT(&value) == VT_DISPATCH && returned) *returned->out() = std::exchange(V_DISPATCH(&value), nullptr);
+        if (V_VT(&value) == VT_DISPATCH && returned) *returned->put() = std::exchange(V_DISPATCH(&value), nullptr);
         if (V_VT(&value) & VT_ARRAY) return L"array of " + std::to_wstring(V_ARRAY(&value)->rgsabound[0].cElements);
         return V_VT(&value) == VT_BSTR ? V_BSTR(&value) : L"";
     }
@@ -87,7 +87,7 @@ std::wstring field_scenario(Session& run) {
     ComPtr<_clsCeldo> early;
     run.put(field.get(), L"Name", text(L"Importe"));
     // Through the vtable, as compiled hosts call.
-    if (!run.failed() && field->QueryInterface(IID__clsCeldo, early.out_void()) == S_OK)
+    if (!run.failed() && field->QueryInterface(IID__clsCeldo, early.put_void()) == S_OK)
         run.vtable(early->put_Caption(Bstr(L"Importe total")));
     run.put(field.get(), L"DataType", number(exCurrency));
     run.put(field.get(), L"Value", text(L"1234.5"));
@@ -186,13 +186,13 @@ TEST(OutOfMemory, WhatIsMadeOnceSurvivesEveryFailedAllocation) {
         Session run(dll);
         ComPtr<IDispatch> field = run.create(CLSID_clsCeldo);
         ComPtr<ITypeInfo> info;
-        const HRESULT described = field ? field->GetTypeInfo(0, 0, info.out()) : S_OK;
+        const HRESULT described = field ? field->GetTypeInfo(0, 0, info.put()) : S_OK;
         run.put(field.get(), L"Name", text(L"Importe"));
         const bool fired = dll.made() >= n;
         dll.fail(0, false);
         if (run.failed()) expect_out_of_memory(run, n, after);
         if (field && FAILED(described)) {
-            EXPECT_EQ(field->GetTypeInfo(0, 0, info.out()), S_OK) << where(n, after);
+            EXPECT_EQ(field->GetTypeInfo(0, 0, info.put()), S_OK) << where(n, after);
         }
         field.reset(), info.reset();
         EXPECT_EQ(dll.can_unload(), S_OK) << where(n, after);

@@ -20,7 +20,7 @@ void creates_every_class() {
         for (const CLSID* way : std::initializer_list<const CLSID*>{&found, clsid}) {
             auto object = create(*way);
             ComPtr<ITypeInfo> info;
-            if (object) object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.out());
+            if (object) object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put());
             EXPECT_EQ(doc(info.get()), L"_" + std::wstring(name));
         }
     }
@@ -53,7 +53,7 @@ TEST(RegistrationFree, NothingIsRegisteredHere) {
     CLSID clsid{};
     ComPtr<IUnknown> object;
     EXPECT_NE(CLSIDFromProgID(L"Celdo.clsCeldo", &clsid), S_OK);
-    EXPECT_EQ(CoCreateInstance(CLSID_clsCeldo, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.out_void()),
+    EXPECT_EQ(CoCreateInstance(CLSID_clsCeldo, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.put_void()),
               REGDB_E_CLASSNOTREG);
 }
 

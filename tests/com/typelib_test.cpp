@@ -62,7 +62,7 @@ std::wstring spelt_out(const wchar_t* members) {
 class TypeLibrary : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_EQ(LoadTypeLibEx(dll_path().c_str(), REGKIND_NONE, library_.out()), S_OK)
+        ASSERT_EQ(LoadTypeLibEx(dll_path().c_str(), REGKIND_NONE, library_.put()), S_OK)
             << "the DLL carries no readable type library";
     }
     // Calls `visit` with every type the library holds, by name, with its attributes.
@@ -71,7 +71,7 @@ protected:
         for (UINT i = 0; i < library_->GetTypeInfoCount(); ++i) {
             ComPtr<ITypeInfo> info;
             TYPEATTR* attr = nullptr;
-            ASSERT_EQ(library_->GetTypeInfo(i, info.out()), S_OK);
+            ASSERT_EQ(library_->GetTypeInfo(i, info.put()), S_OK);
             ASSERT_EQ(info->GetTypeAttr(&attr), S_OK);
             visit(info.get(), doc(info.get()), *attr);
             info->ReleaseTypeAttr(attr);
@@ -101,7 +101,7 @@ TEST_F(TypeLibrary, CarriesItsIdentity) {
     TLIBATTR* attr = nullptr;
     Bstr name;
     ASSERT_EQ(library_->GetLibAttr(&attr), S_OK);
-    library_->GetDocumentation(-1, name.out(), nullptr, nullptr, nullptr);
+    library_->GetDocumentation(-1, name.put(), nullptr, nullptr, nullptr);
     EXPECT_TRUE(IsEqualGUID(attr->guid, LIBID_Celdo));
     EXPECT_EQ(name.str() + L" " + std::to_wstring(attr->wMajorVerNum) + L"." + std::to_wstring(attr->wMinorVerNum), L"Celdo 1.0");
     EXPECT_EQ(attr->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
