@@ -6,11 +6,8 @@
 namespace celdo::testing {
 namespace {
 
-#ifdef _WIN64
-constexpr const wchar_t* kPlatforms[] = {L"win64", L"win32"};  // this build's, then the other's
-#else
-constexpr const wchar_t* kPlatforms[] = {L"win32", L"win64"};
-#endif
+// This build's platform, then the other's.
+constexpr const wchar_t* kPlatforms[] = {sizeof(void*) == 8 ? L"win64" : L"win32", sizeof(void*) == 8 ? L"win32" : L"win64"};
 
 std::wstring guid_text(REFGUID guid) {
     wchar_t buffer[40];
@@ -114,15 +111,12 @@ HRESULT install(BOOL on, const wchar_t* command) {
     return entry ? entry(on, command) : E_FAIL;
 }
 
-TEST(Module, ExportsTheServerEntryPointsAndRefusesAnUnknownInstallCommand) {
+// Per user, everything goes under the user's classes and comes out again, except what the other
+// platform's build, registered beside this one, still needs; an unknown command is refused.
+TEST(Module, ExportsTheServerEntryPointsAndRegistersPerUserOnlyUnderTheUsersClasses) {
     for (const char* name : {"DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer", "DllInstall"})
         EXPECT_NE(entry_point<void()>(name), nullptr) << name;
     EXPECT_EQ(install(TRUE, L"everyone"), E_INVALIDARG);
-}
-
-// Per user, everything goes under the user's classes and comes out again, except what the other
-// platform's build, registered beside this one, still needs.
-TEST(Module, PerUserRegistrationWritesAndRemovesOnlyUnderTheUsersClasses) {
     const std::wstring platform = kUser + kLibrary + L"\\1.0\\0\\", other = platform + kPlatforms[1];
     ASSERT_EQ(install(TRUE, L"user"), S_OK);
     EXPECT_EQ(registry_text(HKEY_CURRENT_USER, kUser + kConstants + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
