@@ -20,9 +20,8 @@ struct Faults {
     bool loaded() const { return get_class && can_unload && fail && made && live; }
 
     const HMODULE module = LoadLibraryW(dll_path().c_str());
-    HRESULT(STDAPICALLTYPE* const get_class)(REFCLSID, REFIID, void**) =
-        entry_point<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject", module);
-    HRESULT(STDAPICALLTYPE* const can_unload)() = entry_point<HRESULT STDAPICALLTYPE()>("DllCanUnloadNow", module);
+    decltype(&DllGetClassObject) const get_class = entry_point<decltype(DllGetClassObject)>("DllGetClassObject", module);
+    decltype(&DllCanUnloadNow) const can_unload = entry_point<decltype(DllCanUnloadNow)>("DllCanUnloadNow", module);
     // Arms the walk: the nth allocation from now fails (with `after`, every one after it too); 0 disarms.
     void (*const fail)(long n, BOOL after) = entry_point<void(long, BOOL)>("CeldoFailAllocation", module);
     long (*const made)() = entry_point<long()>("CeldoAllocationsMade", module);  // since armed
@@ -94,11 +93,7 @@ std::wstring field_scenario(Session& run) {
     run.put(field.get(), L"RowSource", text(L"1;2;1234.5"));
     // By-reference texts are written back into the host's variables.
     Bstr encoding(L""), names(L"Name,Caption");
-    VARIANT refs[2];
-    V_VT(&refs[0]) = V_VT(&refs[1]) = VT_BYREF | VT_BSTR;
-    V_BSTRREF(&refs[0]) = encoding.ref();
-    V_BSTRREF(&refs[1]) = names.ref();
-    const std::wstring attributes = run.call(field.get(), L"XMLAttribute", {refs[0], refs[1]});
+    const std::wstring attributes = run.call(field.get(), L"XMLAttribute", {by_ref(encoding), by_ref(names)});
     return run.call(field.get(), L"XML", {text(L"")}) + run.call(field.get(), L"Clip") + attributes + names.str() +
            run.call(field.get(), L"GetRowSource");
 }

@@ -86,6 +86,8 @@ struct Var : VARIANT {
 // Arguments as a script passes them: the receiver owns what they hold.
 inline VARIANT text(const wchar_t* s) { VARIANT v; V_VT(&v) = VT_BSTR; V_BSTR(&v) = SysAllocString(s); return v; }
 inline VARIANT number(long n) { VARIANT v; V_VT(&v) = VT_I4; V_I4(&v) = n; return v; }
+// A String variable by reference, as compiled hosts pass one; it is written back in place.
+inline VARIANT by_ref(Bstr& s) { VARIANT v; V_VT(&v) = VT_BYREF | VT_BSTR; V_BSTRREF(&v) = s.ref(); return v; }
 inline VARIANT missing() { VARIANT v; V_VT(&v) = VT_ERROR; V_ERROR(&v) = DISP_E_PARAMNOTFOUND; return v; }  // left out
 inline VARIANT object(IDispatch* d) {  // a new reference to d (Nothing for null)
     if (d) d->AddRef();

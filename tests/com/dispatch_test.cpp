@@ -66,10 +66,7 @@ TEST_F(ProbeClient, NamedArgumentsAndTypedVariablesByReference) {
 
     // VB6 passes a String variable as VT_BYREF|VT_BSTR (a Variant one, as scripts do, is dispatch.vbs's).
     Bstr typed(L"  typed  ");
-    VARIANT arg;
-    V_VT(&arg) = VT_BYREF | VT_BSTR;
-    V_BSTRREF(&arg) = typed.ref();
-    ASSERT_EQ(invoke(probe.get(), L"Tidy", {arg}, DISPATCH_METHOD, nullptr, nullptr), S_OK);
+    ASSERT_EQ(invoke(probe.get(), L"Tidy", {by_ref(typed)}, DISPATCH_METHOD, nullptr, nullptr), S_OK);
     EXPECT_EQ(typed.str(), L"typed");
 }
 
