@@ -15,27 +15,14 @@ constexpr std::string_view kEnumerations =
 #include "published_enumerations.inc"
     ;
 
-// The members as "name=value name=value ...", every value written out.
-std::wstring spelt_out(const std::wstring& members) {
-    std::wistringstream in(members);
-    std::wstring member, out;
-    long value = -1;
-    while (in >> member) {
-        const size_t equals = member.find(L'=');
-        value = equals == std::wstring::npos ? value + 1 : std::stol(member.substr(equals + 1));
-        out += (out.empty() ? L"" : L" ") + member.substr(0, equals) + L"=" + std::to_wstring(value);
-    }
-    return out;
-}
-
-// The table's rows: each enumeration with its members, every value written out.
+// The table's rows: each enumeration with its members as "name=value name=value ...".
 std::map<std::wstring, std::wstring> published() {
     std::map<std::wstring, std::wstring> rows;
     std::istringstream in{std::string(kEnumerations)};
     for (std::string line; std::getline(in, line);) {
         const size_t tab = line.find('\t');
         if (!line.starts_with('#') && !line.starts_with("enumeration\t") && tab != std::string::npos)
-            rows[std::wstring(line.begin(), line.begin() + tab)] = spelt_out(std::wstring(line.begin() + tab + 1, line.end()));
+            rows[std::wstring(line.begin(), line.begin() + tab)] = std::wstring(line.begin() + tab + 1, line.end());
     }
     return rows;
 }
