@@ -20,9 +20,8 @@ struct Faults {
     bool loaded() const { return get_class && can_unload && fail && made && live; }
 
     const HMODULE module = LoadLibraryW(dll_path().c_str());
-    HRESULT(STDAPICALLTYPE* const get_class)(REFCLSID, REFIID, void**) =
-        entry_point<HRESULT STDAPICALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject", module);
-    HRESULT(STDAPICALLTYPE* const can_unload)() = entry_point<HRESULT STDAPICALLTYPE()>("DllCanUnloadNow", module);
+    decltype(&DllGetClassObject) const get_class = entry_point<decltype(DllGetClassObject)>("DllGetClassObject", module);
+    decltype(&DllCanUnloadNow) const can_unload = entry_point<decltype(DllCanUnloadNow)>("DllCanUnloadNow", module);
     // Arms the walk: the nth allocation from now fails (with `after`, every one after it too); 0 disarms.
     void (*const fail)(long n, BOOL after) = entry_point<void(long, BOOL)>("CeldoFailAllocation", module);
     long (*const made)() = entry_point<long()>("CeldoAllocationsMade", module);  // since armed
@@ -38,8 +37,8 @@ public:
     ComPtr<IDispatch> create(REFCLSID clsid) {
         ComPtr<IDispatch> object;
         ComPtr<IClassFactory> factory;
-        if (!failed()) vtable(dll_.get_class(clsid, IID_IClassFactory, factory.out_void()));
-        if (!failed()) vtable(factory->CreateInstance(nullptr, IID_IDispatch, object.out_void()));
+        if (!failed()) vtable(dll_.get_class(clsid, IID_IClassFactory, factory.put_void()));
+        if (!failed()) vtable(factory->CreateInstance(nullptr, IID_IDispatch, object.put_void()));
         return object;
     }
 
@@ -64,7 +63,7 @@ public:
         hr = answer == DISP_E_EXCEPTION ? error.scode : answer;
         if (answer == DISP_E_EXCEPTION) description = error.bstrDescription ? error.bstrDescription : L"";
         for (BSTR b : {error.bstrSource, error.bstrDescription, error.bstrHelpFile}) SysFreeString(b);
-        if (V_VT(&value) == VT_DISPATCH && returned) *returned->out() = std::exchange(V_DISPATCH(&value), nullptr);
+        if (V_VT(&value) == VT_DISPATCH && returned) *returned->put() = std::exchange(V_DISPATCH(&value), nullptr);
         if (V_VT(&value) & VT_ARRAY) return L"array of " + std::to_wstring(V_ARRAY(&value)->rgsabound[0].cElements);
         return V_VT(&value) == VT_BSTR ? V_BSTR(&value) : L"";
     }
@@ -87,18 +86,14 @@ std::wstring field_scenario(Session& run) {
     ComPtr<_clsCeldo> early;
     run.put(field.get(), L"Name", text(L"Importe"));
     // Through the vtable, as compiled hosts call.
-    if (!run.failed() && field->QueryInterface(IID__clsCeldo, early.out_void()) == S_OK)
+    if (!run.failed() && field->QueryInterface(IID__clsCeldo, early.put_void()) == S_OK)
         run.vtable(early->put_Caption(Bstr(L"Importe total")));
     run.put(field.get(), L"DataType", number(exCurrency));
     run.put(field.get(), L"Value", text(L"1234.5"));
     run.put(field.get(), L"RowSource", text(L"1;2;1234.5"));
     // By-reference texts are written back into the host's variables.
     Bstr encoding(L""), names(L"Name,Caption");
-    VARIANT refs[2];
-    V_VT(&refs[0]) = V_VT(&refs[1]) = VT_BYREF | VT_BSTR;
-    V_BSTRREF(&refs[0]) = encoding.ref();
-    V_BSTRREF(&refs[1]) = names.ref();
-    const std::wstring attributes = run.call(field.get(), L"XMLAttribute", {refs[0], refs[1]});
+    const std::wstring attributes = run.call(field.get(), L"XMLAttribute", {by_ref(encoding), by_ref(names)});
     return run.call(field.get(), L"XML", {text(L"")}) + run.call(field.get(), L"Clip") + attributes + names.str() +
            run.call(field.get(), L"GetRowSource");
 }
@@ -186,13 +181,13 @@ TEST(OutOfMemory, WhatIsMadeOnceSurvivesEveryFailedAllocation) {
         Session run(dll);
         ComPtr<IDispatch> field = run.create(CLSID_clsCeldo);
         ComPtr<ITypeInfo> info;
-        const HRESULT described = field ? field->GetTypeInfo(0, 0, info.out()) : S_OK;
+        const HRESULT described = field ? field->GetTypeInfo(0, 0, info.put()) : S_OK;
         run.put(field.get(), L"Name", text(L"Importe"));
         const bool fired = dll.made() >= n;
         dll.fail(0, false);
         if (run.failed()) expect_out_of_memory(run, n, after);
         if (field && FAILED(described)) {
-            EXPECT_EQ(field->GetTypeInfo(0, 0, info.out()), S_OK) << where(n, after);
+            EXPECT_EQ(field->GetTypeInfo(0, 0, info.put()), S_OK) << where(n, after);
         }
         field.reset(), info.reset();
         EXPECT_EQ(dll.can_unload(), S_OK) << where(n, after);

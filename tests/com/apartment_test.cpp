@@ -18,10 +18,10 @@ long busy_row(int n) {
         ComPtr<_clsCeldo> field;
         ComPtr<_clsCeldos> children;
         add_field(row.get(), (L"F" + std::to_wstring(i)).c_str(), number(i), &field);
-        if (field && i % 10 == 0 && field->get_Children(children.out()) == S_OK)
+        if (field && i % 10 == 0 && field->get_Children(children.put()) == S_OK)
             children->Append(field.get(), missing(), missing(), none);
     }
-    if (row) row->XML(none, xml.out()), row->get_Count(&count);
+    if (row) row->XML(none, xml.put()), row->get_Count(&count);
     return count;
 }
 
@@ -73,10 +73,10 @@ TEST(Apartments, AnObjectIsCalledFromAnotherApartmentThroughAMarshalledInterface
     on_thread(COINIT_APARTMENTTHREADED, [&] {
         ComPtr<_clsCeldos> proxy;
         ComPtr<_clsCeldo> field;
-        if (CoGetInterfaceAndReleaseStream(stream, IID__clsCeldos, proxy.out_void()) != S_OK) return;
+        if (CoGetInterfaceAndReleaseStream(stream, IID__clsCeldos, proxy.put_void()) != S_OK) return;
         added = add_field(proxy.get(), L"Codigo", number(7), &field);
         proxy->get_Count(&count);
-        if (field) field->get_Name(name.out());
+        if (field) field->get_Name(name.put());
         // A field of this apartment reaches the row as a proxy: a foreign object it refuses.
         if (auto local = create<_clsCeldo>(CLSID_clsCeldo))
             foreign = proxy->Append(local.get(), missing(), missing(), Bstr(L""));

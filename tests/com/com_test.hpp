@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "Celdo_h.h"
+#include "com/owners.hpp"
 
 namespace celdo::testing {
 
@@ -45,31 +46,15 @@ inline const std::pair<const wchar_t*, const CLSID*> kClasses[] = {
     {L"clsRegistro", &CLSID_clsRegistro}, {L"CeldosSeguimiento", &CLSID_CeldosSeguimiento},
     {L"ISService", &CLSID_ISService}, {L"Apuntador", &CLSID_Apuntador}, {L"Apuntadores", &CLSID_Apuntadores}};
 
-// Owns one COM reference.
+// Owns one COM reference; put() and put_void() hand out its slot for an out parameter.
 template <class I>
-class ComPtr {
-public:
-    ComPtr() = default;
-    ComPtr(const ComPtr&) = delete;
-    ComPtr& operator=(const ComPtr&) = delete;
-    ComPtr(ComPtr&& other) noexcept : p_(std::exchange(other.p_, nullptr)) {}
-    ~ComPtr() { reset(); }
-    I** out() { return reset(), &p_; }
-    void** out_void() { return reinterpret_cast<void**>(out()); }
-    I* get() const { return p_; }
-    I* operator->() const { return p_; }
-    explicit operator bool() const { return p_ != nullptr; }
-    void reset() { if (I* p = std::exchange(p_, nullptr)) p->Release(); }
-
-private:
-    I* p_ = nullptr;
-};
+using ComPtr = com::com_ptr<I>;
 
 // An object of the registered class `clsid` through its interface I.
 template <class I = IDispatch>
 ComPtr<I> create(REFCLSID clsid) {
     ComPtr<I> made;
-    EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(I), made.out_void()), S_OK);
+    EXPECT_EQ(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(I), made.put_void()), S_OK);
     return made;
 }
 
@@ -82,7 +67,7 @@ public:
     ~Bstr() { SysFreeString(b_); }
     operator BSTR() const { return b_; }
     BSTR* ref() { return &b_; }  // in and out, as ByRef passes it
-    BSTR* out() { return SysFreeString(std::exchange(b_, nullptr)), &b_; }
+    BSTR* put() { return SysFreeString(std::exchange(b_, nullptr)), &b_; }
     std::wstring str() const { return b_ ? std::wstring(b_, SysStringLen(b_)) : std::wstring(); }
 
 private:
@@ -101,6 +86,8 @@ struct Var : VARIANT {
 // Arguments as a script passes them: the receiver owns what they hold.
 inline VARIANT text(const wchar_t* s) { VARIANT v; V_VT(&v) = VT_BSTR; V_BSTR(&v) = SysAllocString(s); return v; }
 inline VARIANT number(long n) { VARIANT v; V_VT(&v) = VT_I4; V_I4(&v) = n; return v; }
+// A String variable by reference, as compiled hosts pass one; it is written back in place.
+inline VARIANT by_ref(Bstr& s) { VARIANT v; V_VT(&v) = VT_BYREF | VT_BSTR; V_BSTRREF(&v) = s.ref(); return v; }
 inline VARIANT missing() { VARIANT v; V_VT(&v) = VT_ERROR; V_ERROR(&v) = DISP_E_PARAMNOTFOUND; return v; }  // left out
 inline VARIANT object(IDispatch* d) {  // a new reference to d (Nothing for null)
     if (d) d->AddRef();
@@ -128,17 +115,17 @@ inline HRESULT invoke(IDispatch* object, const wchar_t* name, std::vector<VARIAN
 // The name of a type or of its member `id` (or, with `help`, its help string).
 inline std::wstring doc(ITypeInfo* info, MEMBERID id = MEMBERID_NIL, bool help = false) {
     Bstr text;
-    if (info) info->GetDocumentation(id, help ? nullptr : text.out(), help ? text.out() : nullptr, nullptr, nullptr);
+    if (info) info->GetDocumentation(id, help ? nullptr : text.put(), help ? text.put() : nullptr, nullptr, nullptr);
     return text.str();
 }
 
 // "source|description" of the error object the last call left on this thread; empty for none.
 inline std::wstring error_info() {
     ComPtr<IErrorInfo> info;
-    if (GetErrorInfo(0, info.out()) != S_OK) return L"";
+    if (GetErrorInfo(0, info.put()) != S_OK) return L"";
     Bstr source, description;
-    info->GetSource(source.out());
-    info->GetDescription(description.out());
+    info->GetSource(source.put());
+    info->GetDescription(description.put());
     return source.str() + L"|" + description.str();
 }
 
@@ -147,7 +134,7 @@ inline HRESULT add_field(_clsCeldos* row, const wchar_t* name, VARIANT value, Co
     Bstr field_name(name), none(L"");
     ComPtr<_clsCeldo> field;
     return row->Add(field_name, none, exLong, 0, -1, VARIANT_FALSE, none, none, value, missing(), missing(), missing(),
-                    (added ? *added : field).out());
+                    (added ? *added : field).put());
 }
 
 // The IUnknown and IDispatch plumbing of a host object written in a test. It lives on the
@@ -199,8 +186,8 @@ private:
 // The connection point for `events` of `source` into `point`.
 inline HRESULT find_point(IUnknown* source, REFIID events, ComPtr<IConnectionPoint>& point) {
     ComPtr<IConnectionPointContainer> container;
-    const HRESULT hr = source->QueryInterface(IID_IConnectionPointContainer, container.out_void());
-    return hr == S_OK ? container->FindConnectionPoint(events, point.out()) : hr;
+    const HRESULT hr = source->QueryInterface(IID_IConnectionPointContainer, container.put_void());
+    return hr == S_OK ? container->FindConnectionPoint(events, point.put()) : hr;
 }
 
 // `sink` advised on the connection point for `events` of `source` for as long as this lives.

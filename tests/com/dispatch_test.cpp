@@ -27,7 +27,7 @@ TEST_F(ProbeClient, EarlyBoundCallsPassEachTypeAndWriteBackByReference) {
     ASSERT_EQ(probe->Swap(&first, &second), S_OK);
     EXPECT_EQ(tidy.str() + L"," + std::to_wstring(count), L"padded,42");
     EXPECT_EQ(std::pair(V_VT(&first), V_VT(&second)), std::pair(VARTYPE(VT_BSTR), VARTYPE(VT_I4)));
-    ASSERT_EQ(probe->Describe(0, -1, label, missing(), pmSecond, VARIANT_TRUE, back.out()), S_OK);
+    ASSERT_EQ(probe->Describe(0, -1, label, missing(), pmSecond, VARIANT_TRUE, back.put()), S_OK);
     EXPECT_EQ(back.str(), L"Size=0;Position=-1;Label=!;Extra=Missing;Mode=2;Flag=True");
 }
 
@@ -35,7 +35,7 @@ TEST_F(ProbeClient, ErrorsComeWithErrorInfoAndTheRefusedArgument) {
     EXPECT_EQ(probe->Raise(-2147221504, Bstr(L"Celdo_Codigo"), Bstr(L"Tipo de dato no v\u00e1lido")),
               static_cast<HRESULT>(0x80040000));
     ComPtr<IErrorInfo> info;
-    ASSERT_EQ(GetErrorInfo(0, info.out()), S_OK);
+    ASSERT_EQ(GetErrorInfo(0, info.put()), S_OK);
     GUID guid{};
     info->GetGUID(&guid);
     EXPECT_TRUE(IsEqualGUID(guid, IID__Probe));
@@ -66,10 +66,7 @@ TEST_F(ProbeClient, NamedArgumentsAndTypedVariablesByReference) {
 
     // VB6 passes a String variable as VT_BYREF|VT_BSTR (a Variant one, as scripts do, is dispatch.vbs's).
     Bstr typed(L"  typed  ");
-    VARIANT arg;
-    V_VT(&arg) = VT_BYREF | VT_BSTR;
-    V_BSTRREF(&arg) = typed.ref();
-    ASSERT_EQ(invoke(probe.get(), L"Tidy", {arg}, DISPATCH_METHOD, nullptr, nullptr), S_OK);
+    ASSERT_EQ(invoke(probe.get(), L"Tidy", {by_ref(typed)}, DISPATCH_METHOD, nullptr, nullptr), S_OK);
     EXPECT_EQ(typed.str(), L"typed");
 }
 
@@ -97,8 +94,8 @@ private:
 TEST_F(ProbeClient, ArgumentsToAHostTakeTheTypesItsTypeInformationDeclares) {
     ComPtr<ITypeLib> library;
     ComPtr<ITypeInfo> probe_info;
-    ASSERT_EQ(LoadRegTypeLib(LIBID_CeldoProbe, 1, 0, 0, library.out()), S_OK);
-    ASSERT_EQ(library->GetTypeInfoOfGuid(IID__Probe, probe_info.out()), S_OK);
+    ASSERT_EQ(LoadRegTypeLib(LIBID_CeldoProbe, 1, 0, 0, library.put()), S_OK);
+    ASSERT_EQ(library->GetTypeInfoOfGuid(IID__Probe, probe_info.put()), S_OK);
     TypedHost host(probe_info.get());
     Var value, result;
     V_VT(&value) = VT_I2;

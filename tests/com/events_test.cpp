@@ -14,7 +14,7 @@ TEST(Events, ChanceIsRaisedWhenTheValueChangesToAdvisedSinksUntilTheyLeave) {
     ComPtr<IProvideClassInfo2> info;
     ComPtr<IConnectionPoint> none;
     GUID source{};
-    ASSERT_EQ(field->QueryInterface(IID_IProvideClassInfo2, info.out_void()), S_OK);
+    ASSERT_EQ(field->QueryInterface(IID_IProvideClassInfo2, info.put_void()), S_OK);
     ASSERT_EQ(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source), S_OK);
     EXPECT_TRUE(IsEqualGUID(source, DIID___clsCeldo));
     EXPECT_EQ(find_point(field.get(), IID_IDispatch, none), CONNECT_E_NOCONNECTION);
@@ -55,7 +55,7 @@ TEST(Events, PagesAskForTheirRowsAndTellWhenACellOfTheirControlIsEntered) {
         ComPtr<IEnumConnections> each;
         CONNECTDATA data;
         int n = 0;
-        if (grid_point->EnumConnections(each.out()) == S_OK)
+        if (grid_point->EnumConnections(each.put()) == S_OK)
             for (; each->Next(1, &data, nullptr) == S_OK; ++n) data.pUnk->Release();
         return n;
     };
@@ -65,7 +65,7 @@ TEST(Events, PagesAskForTheirRowsAndTellWhenACellOfTheirControlIsEntered) {
     VARIANT_BOOL asked = VARIANT_FALSE;
     ComPtr<_Apuntador> page;
     ASSERT_EQ(pages->Avanzar(&asked), S_OK);
-    ASSERT_EQ(pages->Add(key_row(1).get(), key_row(2).get(), 2, Bstr(L""), page.out()), S_OK);
+    ASSERT_EQ(pages->Add(key_row(1).get(), key_row(2).get(), 2, Bstr(L""), page.put()), S_OK);
     ASSERT_EQ(pages->Avanzar(&asked), S_OK);
     EXPECT_EQ(asked, VARIANT_TRUE);
     ASSERT_EQ(sink.ids, (std::vector<DISPID>{2, 2})) << "Requery is event 2";
@@ -75,7 +75,7 @@ TEST(Events, PagesAskForTheirRowsAndTellWhenACellOfTheirControlIsEntered) {
     const auto fields_in = [&](size_t i) {
         ComPtr<_clsCeldos> key;
         long count = -1;
-        if (V_DISPATCH(&sink.firsts[i])->QueryInterface(IID__clsCeldos, key.out_void()) == S_OK) key->get_Count(&count);
+        if (V_DISPATCH(&sink.firsts[i])->QueryInterface(IID__clsCeldos, key.put_void()) == S_OK) key->get_Count(&count);
         return count;
     };
     EXPECT_EQ(std::pair(fields_in(0), fields_in(1)), std::pair(0L, 1L));

@@ -1,8 +1,6 @@
 // Registration-free activation: in a prefix where nothing is registered, an activation context
 // made from the shipped manifest (alone, or through an application manifest that depends on
 // it) lets a client create every class by CLSID and by ProgID and call it.
-#include <fstream>
-
 #include "tests/com/com_test.hpp"
 
 namespace celdo::testing {
@@ -20,7 +18,7 @@ void creates_every_class() {
         for (const CLSID* way : std::initializer_list<const CLSID*>{&found, clsid}) {
             auto object = create(*way);
             ComPtr<ITypeInfo> info;
-            if (object) object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.out());
+            if (object) object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put());
             EXPECT_EQ(doc(info.get()), L"_" + std::wstring(name));
         }
     }
@@ -53,7 +51,7 @@ TEST(RegistrationFree, NothingIsRegisteredHere) {
     CLSID clsid{};
     ComPtr<IUnknown> object;
     EXPECT_NE(CLSIDFromProgID(L"Celdo.clsCeldo", &clsid), S_OK);
-    EXPECT_EQ(CoCreateInstance(CLSID_clsCeldo, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.out_void()),
+    EXPECT_EQ(CoCreateInstance(CLSID_clsCeldo, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.put_void()),
               REGDB_E_CLASSNOTREG);
 }
 
@@ -61,19 +59,10 @@ TEST(RegistrationFree, TheAssemblyManifestAloneActivatesEveryClass) {
     creates_every_class_through(beside_dll(L"Celdo.manifest"));
 }
 
-// As an application does it: its own manifest names Celdo as a dependency, found beside it.
+// As an application does it: its own manifest (client.manifest.in) names Celdo as a
+// dependency, found beside it.
 TEST(RegistrationFree, AnApplicationManifestThatDependsOnCeldoActivatesEveryClass) {
-    const std::wstring manifest = beside_dll(L"client.manifest");
-    std::ofstream(manifest.c_str())
-        << "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-        << "<assembly xmlns=\"urn:schemas-microsoft-com:asm.v1\" manifestVersion=\"1.0\">\n"
-        << "  <assemblyIdentity type=\"win32\" name=\"Client\" version=\"1.0.0.0\"/>\n"
-        << "  <dependency><dependentAssembly>\n"
-        << "    <assemblyIdentity type=\"win32\" name=\"Celdo\" version=\"" CELDO_ASSEMBLY_VERSION "\" "
-        << (sizeof(void*) == 8 ? "processorArchitecture=\"amd64\"/>\n" : "processorArchitecture=\"x86\"/>\n")
-        << "  </dependentAssembly></dependency>\n"
-        << "</assembly>\n";
-    creates_every_class_through(manifest);
+    creates_every_class_through(beside_dll(L"client.manifest"));
 }
 
 }  // namespace

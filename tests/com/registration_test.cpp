@@ -6,11 +6,8 @@
 namespace celdo::testing {
 namespace {
 
-#ifdef _WIN64
-constexpr const wchar_t* kPlatforms[] = {L"win64", L"win32"};  // this build's, then the other's
-#else
-constexpr const wchar_t* kPlatforms[] = {L"win32", L"win64"};
-#endif
+// This build's platform, then the other's.
+constexpr const wchar_t* kPlatforms[] = {sizeof(void*) == 8 ? L"win64" : L"win32", sizeof(void*) == 8 ? L"win32" : L"win64"};
 
 std::wstring guid_text(REFGUID guid) {
     wchar_t buffer[40];
@@ -37,7 +34,7 @@ const std::wstring kDual = L"Interface\\" + guid_text(IID__Constants);
 
 TEST(Registration, EachProgIdLeadsToAnApartmentClassOfThisDllThatTheTypeLibraryDescribes) {
     ComPtr<ITypeLib> library;
-    ASSERT_EQ(LoadRegTypeLib(LIBID_Celdo, 1, 0, 0, library.out()), S_OK);
+    ASSERT_EQ(LoadRegTypeLib(LIBID_Celdo, 1, 0, 0, library.put()), S_OK);
     EXPECT_TRUE(same_file(registry_text(HKEY_CLASSES_ROOT, kLibrary + L"\\1.0\\0\\" + kPlatforms[0]), dll_path()));
     for (const auto& [name, expected] : kClasses) {
         const std::wstring progid = L"Celdo." + std::wstring(name), key = L"CLSID\\" + guid_text(*expected);
@@ -49,7 +46,7 @@ TEST(Registration, EachProgIdLeadsToAnApartmentClassOfThisDllThatTheTypeLibraryD
                   progid + guid_text(LIBID_Celdo));
         ComPtr<ITypeInfo> coclass;
         TYPEATTR* attr = nullptr;
-        ASSERT_EQ(library->GetTypeInfoOfGuid(*expected, coclass.out()), S_OK) << name;
+        ASSERT_EQ(library->GetTypeInfoOfGuid(*expected, coclass.put()), S_OK) << name;
         ASSERT_EQ(coclass->GetTypeAttr(&attr), S_OK);
         EXPECT_EQ(doc(coclass.get()), name);
         EXPECT_TRUE(attr->typekind == TKIND_COCLASS && (attr->wTypeFlags & TYPEFLAG_FCANCREATE)) << "creatable " << name;
@@ -67,13 +64,13 @@ TEST(Activation, AnObjectAnswersToItsInterfacesAndRefusesAggregation) {
     ComPtr<IConnectionPoint> events;
     ComPtr<IProvideClassInfo> provide;
     ComPtr<ITypeInfo> cls;
-    ASSERT_EQ(object->QueryInterface(IID__Constants, dual.out_void()), S_OK);
-    ASSERT_EQ(object->QueryInterface(IID_ISupportErrorInfo, errors.out_void()), S_OK);
+    ASSERT_EQ(object->QueryInterface(IID__Constants, dual.put_void()), S_OK);
+    ASSERT_EQ(object->QueryInterface(IID_ISupportErrorInfo, errors.put_void()), S_OK);
     EXPECT_EQ(errors->InterfaceSupportsErrorInfo(IID__Constants), S_OK);
     EXPECT_EQ(find_point(object.get(), IID_IDispatch, events), E_NOINTERFACE)
         << "a class without events offers no connection points";
-    ASSERT_EQ(object->QueryInterface(IID_IProvideClassInfo, provide.out_void()), S_OK);
-    ASSERT_EQ(provide->GetClassInfo(cls.out()), S_OK);
+    ASSERT_EQ(object->QueryInterface(IID_IProvideClassInfo, provide.put_void()), S_OK);
+    ASSERT_EQ(provide->GetClassInfo(cls.put()), S_OK);
     UINT count = 0;
     EXPECT_EQ(object->GetTypeInfoCount(&count), S_OK);
     EXPECT_EQ(doc(cls.get()) + L" " + std::to_wstring(count), L"Constants 1");
@@ -86,8 +83,8 @@ TEST(Activation, AnObjectAnswersToItsInterfacesAndRefusesAggregation) {
 
     ComPtr<IClassFactory> factory;
     ComPtr<IUnknown> aggregated;
-    ASSERT_EQ(CoGetClassObject(CLSID_Constants, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.out_void()), S_OK);
-    EXPECT_EQ(factory->CreateInstance(dual.get(), IID_IUnknown, aggregated.out_void()), CLASS_E_NOAGGREGATION);
+    ASSERT_EQ(CoGetClassObject(CLSID_Constants, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.put_void()), S_OK);
+    EXPECT_EQ(factory->CreateInstance(dual.get(), IID_IUnknown, aggregated.put_void()), CLASS_E_NOAGGREGATION);
 }
 
 // Class objects do not hold the module, as COM's rules for in-process servers have it: a
@@ -96,14 +93,14 @@ TEST(Activation, TheModuleMayUnloadWhenNoObjectOrLockIsLeft) {
     { auto warm = create(CLSID_clsCeldo); }  // loads the module
     ASSERT_EQ(can_unload_now(), S_OK);
     ComPtr<IClassFactory> factory;
-    ASSERT_EQ(CoGetClassObject(CLSID_clsCeldo, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.out_void()), S_OK);
+    ASSERT_EQ(CoGetClassObject(CLSID_clsCeldo, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.put_void()), S_OK);
     EXPECT_EQ(can_unload_now(), S_OK) << "a class object alone does not hold the module";
     ASSERT_EQ(factory->LockServer(TRUE), S_OK);
     EXPECT_EQ(can_unload_now(), S_FALSE);
     ASSERT_EQ(factory->LockServer(FALSE), S_OK);
     EXPECT_EQ(can_unload_now(), S_OK);
     ComPtr<IDispatch> made;
-    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, made.out_void()), S_OK);
+    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, made.put_void()), S_OK);
     EXPECT_EQ(can_unload_now(), S_FALSE) << "what it made does";
     made.reset();
     EXPECT_EQ(can_unload_now(), S_OK);
@@ -114,15 +111,12 @@ HRESULT install(BOOL on, const wchar_t* command) {
     return entry ? entry(on, command) : E_FAIL;
 }
 
-TEST(Module, ExportsTheServerEntryPointsAndRefusesAnUnknownInstallCommand) {
+// Per user, everything goes under the user's classes and comes out again, except what the other
+// platform's build, registered beside this one, still needs; an unknown command is refused.
+TEST(Module, ExportsTheServerEntryPointsAndRegistersPerUserOnlyUnderTheUsersClasses) {
     for (const char* name : {"DllGetClassObject", "DllCanUnloadNow", "DllRegisterServer", "DllUnregisterServer", "DllInstall"})
         EXPECT_NE(entry_point<void()>(name), nullptr) << name;
     EXPECT_EQ(install(TRUE, L"everyone"), E_INVALIDARG);
-}
-
-// Per user, everything goes under the user's classes and comes out again, except what the other
-// platform's build, registered beside this one, still needs.
-TEST(Module, PerUserRegistrationWritesAndRemovesOnlyUnderTheUsersClasses) {
     const std::wstring platform = kUser + kLibrary + L"\\1.0\\0\\", other = platform + kPlatforms[1];
     ASSERT_EQ(install(TRUE, L"user"), S_OK);
     EXPECT_EQ(registry_text(HKEY_CURRENT_USER, kUser + kConstants + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");

@@ -17,9 +17,9 @@ public:
         ++calls;
         ComPtr<ICreateErrorInfo> create;
         ComPtr<IErrorInfo> info;
-        if (SUCCEEDED(CreateErrorInfo(create.out()))) {
+        if (SUCCEEDED(CreateErrorInfo(create.put()))) {
             create->SetDescription(const_cast<LPOLESTR>(L"the control said no"));
-            create->QueryInterface(IID_IErrorInfo, info.out_void());
+            create->QueryInterface(IID_IErrorInfo, info.put_void());
             SetErrorInfo(0, info.get());
         }
         failure->scode = static_cast<HRESULT>(0x800A017C);  // error 380
