@@ -1,43 +1,102 @@
+// The language's functions and operators as rows of language_rules.tsv (Format, comparison, +
+// and &, the text functions, Int, Fix, Val, IsNumeric, CStr and CLng); here what a row cannot
+// say.
 #include "automation/language.hpp"
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 #include "automation/clock.hpp"
+#include "automation/convert.hpp"
+#include "automation/format.hpp"
+#include "automation/operators.hpp"
 #include "automation/recognize.hpp"
-#include "automation/textops.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::automation {
 namespace {
 
+using celdo::testing::cell;
 using celdo::testing::error_of;
+using celdo::testing::typed;
 using namespace celdo::automation::lang;
-const Variant Null = Variant::null();
+using Args = std::vector<Variant>;
 
-constexpr auto check = celdo::testing::expect_rows<Variant>;
+constexpr std::string_view kLanguageRules =
+#include "language_rules.inc"
+    ;
 
-TEST(TextFunctions, NullPropagatesTrimTakesSpacesOnlyAndCaseCoversAccents) {
-    check({
-        {Trim(Null), Null}, {LTrim(Null), Null}, {RTrim(Null), Null}, {UCase(Null), Null}, {LCase(Null), Null},
-        {Len(Null), Null}, {Left(Null, 2), Null}, {Mid(Null, 1), Null}, {InStr(Null, u"a"), Null},
-        {Trim(u"  a b  "), u"a b"}, {Trim(u"\ta\t"), u"\ta\t"}, {LTrim(u"  a  "), u"a  "}, {RTrim(u"  a  "), u"  a"},
-        {Trim(u"    "), u""}, {LTrim(u"    "), u""}, {RTrim(u"    "), u""}, {LTrim(u"\t a"), u"\t a"}, {RTrim(u"a \t"), u"a \t"},
-        {Trim(int16_t{5}), u"5"}, {Trim(Variant()), u""},  // numbers and Empty are read as text
-        {UCase(u"ñandú çava"), u"ÑANDÚ ÇAVA"}, {LCase(u"ÁRBOL Ñ"), u"árbol ñ"}, {UCase(u"ÿ"), u"Ÿ"},
-    });
+// An ordering by its name, as the table writes it.
+Variant ordering(Ordering order) {
+    const char16_t* const names[] = {u"Less", u"Equal", u"Greater", u"Null"};
+    return Variant(names[static_cast<int>(order)]);
 }
 
-TEST(Case, MapsLettersBeyondAsciiAndLeavesTheRest) {
-    // Ā/ā and Ă/ă alternate in one block: each maps only its own partner.
-    const std::pair<char16_t, char16_t> pairs[] = {
-        {u'a', u'A'}, {u'ñ', u'Ñ'}, {u'á', u'Á'}, {u'ü', u'Ü'}, {u'ç', u'Ç'}, {u'ω', u'Ω'}, {u'ж', u'Ж'},
-        {u'\u0101', u'\u0100'}, {u'\u0103', u'\u0102'},
-        {u'1', u'1'}, {u'-', u'-'}, {u'ß', u'ß'}, {u'€', u'€'}, {u'中', u'中'},  // no case of their own
-    };
-    for (auto [lower, upper] : pairs) {
-        EXPECT_EQ(std::u16string({upper_char(lower), upper_char(upper), lower_char(upper), lower_char(lower)}),
-                  std::u16string({upper, upper, lower, lower}));
-    }
+// The calls a row can make, by name; an argument the row leaves out takes the function's default.
+const std::map<std::string_view, std::function<Variant(const Args&)>> kCalls = {
+    {"Format",
+     [](const Args& a) {
+         return format(a[0], a[1].as_string(), a.size() > 2 ? FirstDayOfWeek(a[2].as_long()) : FirstDayOfWeek::Sunday);
+     }},
+    {"Compare", [](const Args& a) { return ordering(compare(a[0], a[1], CompareMode::Binary)); }},
+    {"CompareText", [](const Args& a) { return ordering(compare(a[0], a[1], CompareMode::Text)); }},
+    {"Add", [](const Args& a) { return add(a[0], a[1]); }},
+    {"Concat", [](const Args& a) { return concat(a[0], a[1]); }},
+    {"Trim", [](const Args& a) { return Trim(a[0]); }},
+    {"LTrim", [](const Args& a) { return LTrim(a[0]); }},
+    {"RTrim", [](const Args& a) { return RTrim(a[0]); }},
+    {"UCase", [](const Args& a) { return UCase(a[0]); }},
+    {"LCase", [](const Args& a) { return LCase(a[0]); }},
+    {"Len", [](const Args& a) { return Len(a[0]); }},
+    {"Left", [](const Args& a) { return Left(a[0], a[1].as_long()); }},
+    {"Right", [](const Args& a) { return Right(a[0], a[1].as_long()); }},
+    {"Mid", [](const Args& a) { return a.size() > 2 ? Mid(a[0], a[1].as_long(), a[2].as_long()) : Mid(a[0], a[1].as_long()); }},
+    {"InStr",
+     [](const Args& a) {
+         if (a.size() == 2) return InStr(a[0], a[1]);
+         return InStr(a[0].as_long(), a[1], a[2], a.size() > 3 && a[3].as_long() == 1 ? CompareMode::Text : CompareMode::Binary);
+     }},
+    {"Round", [](const Args& a) { return a.size() > 1 ? Round(a[0], a[1].as_long()) : Round(a[0]); }},
+    {"Int", [](const Args& a) { return Int(a[0]); }},
+    {"Fix", [](const Args& a) { return Fix(a[0]); }},
+    {"Val", [](const Args& a) { return Variant(Val(a[0])); }},
+    {"IsNumeric", [](const Args& a) { return Variant(IsNumeric(a[0])); }},
+    {"CStr", [](const Args& a) { return Variant(to_string(a[0])); }},
+    {"CLng", [](const Args& a) { return Variant(to_long(a[0])); }},
+};
+
+TEST(LanguageRules, EveryRowOfTheTable) {
+    int rows = 0;
+    celdo::testing::for_each_row(kLanguageRules, "rule\t", [&](int line_number, const std::vector<std::string_view>& row) {
+        ASSERT_EQ(row.size(), 4u) << "line " << line_number;
+        LocaleScope settings(row[1] == "es-ES" ? Locale::spanish_spain() : Locale::english_united_states());
+        const std::string_view call = row[2];
+        const size_t open = call.find('(');
+        Args args;
+        for (std::string_view arg : celdo::testing::split_cells(call.substr(open + 1, call.size() - open - 2), ", "))
+            args.push_back(cell(arg, u"."));
+        std::string got;
+        try {
+            got = typed(kCalls.at(call.substr(0, open))(args));
+        } catch (const AutomationError& e) {
+            got = "error " + std::to_string(e.number()) + " " + utf16_to_utf8(e.description());
+        }
+        const std::string expected = row[3].starts_with("error ") ? std::string(row[3]) : typed(cell(row[3], u"."));
+        EXPECT_EQ(got, expected) << "line " << line_number << ": " << row[0] << ": " << call;
+        ++rows;
+    });
+    EXPECT_GT(rows, 200) << "the table was read";
+}
+
+TEST(Compare, ArraysAreATypeMismatch) {
+    EXPECT_EQ(error_of([] { compare(Variant(Array::vector({})), Variant(1)); }).number(), 13);
 }
 
 TEST(Utf, ConvertsBothWaysIncludingSurrogates) {
@@ -45,40 +104,6 @@ TEST(Utf, ConvertsBothWaysIncludingSurrogates) {
     EXPECT_EQ(utf8_to_utf16(utf16_to_utf8(text)), text);
     EXPECT_EQ(utf16_to_utf8(u"ñ"), "\xC3\xB1");
     EXPECT_EQ(utf8_to_utf16("\xFF"), u"\uFFFD") << "a malformed byte reads as the replacement character";
-}
-
-TEST(TextFunctions, PiecesAndPositions) {
-    check({
-        {Len(u"abc"), 3}, {Left(u"abc", 5), u"abc"}, {Right(u"abc", 2), u"bc"}, {Mid(u"abcdef", 3, 2), u"cd"},
-        {Mid(u"abc", 4), u""}, {Mid(u"abc", 2), u"bc"}, {InStr(u"a.b.c", u"."), 2}, {InStr(3, u"a.b.c", u"."), 4},
-        {InStr(u"ABC", u"b"), 0}, {InStr(u"ABC", u"b", CompareMode::Text), 2}, {InStr(u"", u""), 0},
-        {InStr(u"abc", u""), 1},
-    });
-}
-
-// Round's ties, subtypes and text are rows of platform_record.tsv (record_test.cpp).
-TEST(IntAndFix, IntRoundsDownAndFixTowardZeroKeepingTheSubtype) {
-    check({{Int(-2.5), -3.0}, {Fix(-2.5), -2.0}, {Int(Currency{-15000}), Currency{-20000}}, {Fix(Date{45429.75}), Date{45429}}});
-}
-
-TEST(Val, ReadsTheLeadingNumber) {
-    const std::pair<const char16_t*, double> cases[] = {
-        {u"", 0},      {u"abc", 0},      {u"  12", 12},    {u"1 2 3", 123},    {u"1,000", 1},   {u"1.2.3", 1.2},
-        {u"-1.5e3x", -1500}, {u"2D2", 200}, {u".5", 0.5},  {u"&HFFFF", -1},    {u"&H10000", 65536}, {u"&O17", 15},
-        {u"1e", 1},    {u"+7", 7},       {u"\t\n4", 4},    {u"1e-400", 0},     {u"12,5%", 12},  {u"$5", 0},
-    };
-    for (const auto& [text, value] : cases) EXPECT_EQ(Val(text), value) << utf16_to_utf8(text);
-    EXPECT_EQ(Val(1.5), 1.5);
-    LocaleScope spain(Locale::spanish_spain());
-    EXPECT_EQ(Val(1.5), 1.0) << "numbers are read through their text: CStr writes 1,5 and Val reads only points";
-}
-
-TEST(TextFunctions, ArgumentsOutOfRangeAreErrors) {
-    const std::pair<void (*)(), int> cases[] = {
-        {[] { Left(u"a", -1); }, 5}, {[] { Mid(u"a", 0); }, 5}, {[] { Round(1.0, -1); }, 5}, {[] { Round(u"x"); }, 13},
-        {[] { Val(u"1e400"); }, 6},  {[] { Val(Null); }, 94},
-    };
-    for (const auto& [body, number] : cases) EXPECT_EQ(error_of(body).number(), number);
 }
 
 TEST(DateParts, SplitRoundsToTheSecondAndCountsWeekdaysFromSunday) {
@@ -97,6 +122,38 @@ TEST(Clock, NowDateAndTimeFollowThePinnedClock) {
     EXPECT_EQ(Time(), Variant(Date{(9 * 3600 + 30 * 60 + 15) / 86400.0}));
     EXPECT_EQ(Year(Now()), 2024);
 }
+
+TEST(Locale, ScopesRestoreWhatWasCurrent) {
+    EXPECT_EQ(Locale::current().name, u"en-US");
+    {
+        LocaleScope spain(Locale::spanish_spain());
+        EXPECT_EQ(to_string(Variant(1.5)), u"1,5");
+        EXPECT_EQ(to_string(Variant(true)), u"Verdadero");
+    }
+    EXPECT_EQ(to_string(Variant(1.5)), u"1.5");
+}
+
+#ifdef _WIN32
+std::u16string platform(LCTYPE what) {
+    wchar_t buffer[128];
+    int n = GetLocaleInfoW(LOCALE_USER_DEFAULT, what, buffer, 128);
+    return std::u16string(reinterpret_cast<const char16_t*>(buffer), n > 0 ? static_cast<size_t>(n - 1) : 0);
+}
+
+TEST(Locale, OnWindowsTheDefaultIsTheUsersRegionalSettings) {
+    const Locale user = Locale::user_default();
+    EXPECT_EQ(user.decimal, platform(LOCALE_SDECIMAL));
+    EXPECT_EQ(user.thousands, platform(LOCALE_STHOUSAND));
+    EXPECT_EQ(user.currency, platform(LOCALE_SCURRENCY));
+    EXPECT_EQ(user.short_date, platform(LOCALE_SSHORTDATE));
+    EXPECT_EQ(user.month_names[0], platform(LOCALE_SMONTHNAME1));
+    EXPECT_EQ(user.day_names[0], platform(LOCALE_SDAYNAME7)) << "the language's weeks start on Sunday";
+}
+#else
+TEST(Locale, ElsewhereTheDefaultIsEnglishUnitedStates) {
+    EXPECT_EQ(Locale::user_default().name, u"en-US");
+}
+#endif
 
 }  // namespace
 }  // namespace celdo::automation

@@ -5,7 +5,6 @@
 #include <functional>
 
 #include "automation/convert.hpp"
-#include "automation/recognize.hpp"
 #include "tests/support/fake_host.hpp"
 #include "tests/support/test_support.hpp"
 
@@ -78,17 +77,6 @@ TEST(Variant, TheLastReferenceReleasesTheObjectAndNothingHasNone) {
 TEST(ChangeType, NullStaysForAVariantAndErrorsAreRefused) {
     EXPECT_EQ(change_type(Variant::null(), VarType::Variant), Variant::null());
     EXPECT_EQ(error_of([] { (void)change_type(Variant::error(5), VarType::Long); }).number(), 13);
-}
-
-TEST(LanguageConversions, NullIsAnInvalidUseOfNull) {
-    auto e = error_of([] { (void)to_string(Variant::null()); });
-    EXPECT_EQ(std::tuple(e.number(), e.description()), std::tuple(94, std::u16string(u"Invalid use of Null")));
-    EXPECT_EQ(error_of([] { (void)to_long(Variant::null()); }).number(), 94);
-}
-
-TEST(Recognition, IsNumericTakesEmptyAndNumbersButNotNullOrDates) {
-    celdo::testing::expect_rows<bool>({{is_numeric(Variant()), true}, {is_numeric(Variant(true)), true},
-                                       {is_numeric(Variant::null()), false}, {is_numeric(Variant(Date{1})), false}});
 }
 
 TEST(Array, DataArraysAreColumnsByRowsFromZeroAndReDimPreserveGrowsRows) {
