@@ -1,5 +1,6 @@
-// The field's text forms: the value as XML text, the element writer at every nesting level,
-// the clip line, the metadata attributes and their reading back, and by-name access.
+// The field's text forms where a tree is built (the value's text, the metadata attributes and
+// their reading back are rows of field_rules.tsv): the element writer at every nesting level,
+// the clip line, and Parse's pace on a long text.
 #include "tests/fields/field_support.hpp"
 
 namespace celdo::testing {
@@ -19,14 +20,6 @@ Ref<clsCeldo> node_of(std::u16string name, XMLNodeTypes type, std::u16string val
 }
 
 void append(clsCeldo& parent, const Ref<clsCeldo>& child) { parent.get_Children()->Append(child, kNone, kNone, u""); }
-
-TEST(ValueText, EscapesAndUnderAnIso8859NameGivesTheByteForm) {
-    auto f = leaf(u"T", Variant(u"Año 1.5 <Ó>"));
-    EXPECT_EQ(f->value_text(u"UTF-8"), u"A&ntilde;o 1&#46;5 &lt;Ó&gt;");
-    EXPECT_EQ(f->value_text(u""), u"A&ntilde;o 1&#46;5 &lt;Ó&gt;") << "an empty name escapes all the same";
-    // Upper-case accents are not in the entity table: they reach the byte form as UTF-8.
-    EXPECT_EQ(f->value_text(u"iso-8859-1"), u"A&ntilde;o 1&#46;5 &lt;\u00C3\u0093&gt;");
-}
 
 TEST(ElementWriter, IndentsStartLinesTwiceAndClosingLinesOnceAndWritesOnlyAttributesWithText) {
     EXPECT_EQ(leaf(u"Codigo", Variant(u"12"))->XML(u""), u"<Codigo>12</Codigo>\r\n");
@@ -73,59 +66,10 @@ TEST(ClipWriter, GivesTabbedValuesAndOneLinePerRow) {
     append(*table, row);
     append(*table, row);
     EXPECT_EQ(table->Clip(), u"1\t\tz\r\n1\t\tz\r\n") << "rows end their own lines";
-
-    auto odd = node_of(u"X", static_cast<XMLNodeTypes>(9));
-    EXPECT_EQ(outcome([&] { odd->Clip(); }), u"Celdo.Clip: Illegal Node Type");
 }
 
-class Metadata : public ::testing::Test {
-protected:
-    void SetUp() override {
-        f->let_Caption(u"Código");
-        f->let_Size(10);
-        f->let_Required(true);
-        f->let_UpperCase(true);
-        f->let_Redondeo(2);
-        f->let_Value(Variant(u"ab/1"));
-    }
-    Ref<clsCeldo> f = field_of(exText, u"Codigo");
-};
-
-TEST_F(Metadata, AttributesFollowTheBuiltInOrderAndTheSelection) {
-    std::u16string encode = u"UTF-8";
-    std::u16string selection = u"Value, Caption,Name,Unknown";
-    EXPECT_EQ(f->XMLAttribute(encode, selection), u" Name=\"Codigo\" Caption=\"C&oacute;digo\" Value=\"AB&frasl;1\"");
-    std::u16string all = u"";
-    const std::u16string every = f->XMLAttribute(encode, all);
-    EXPECT_TRUE(every.starts_with(u" Name=\"Codigo\" Caption=\"C&oacute;digo\"")) << automation::utf16_to_utf8(every);
-    EXPECT_NE(every.find(u" DataType=\"1014\" Size=\"10\" Required=\"True\""), std::u16string::npos);
-    EXPECT_NE(every.find(u" Round=\"2\""), std::u16string::npos);
-    EXPECT_EQ(every.find(u"Mask="), std::u16string::npos) << "no extended property Mask, nothing written";
-
-    // Names without a property of their own come from the extended properties.
-    auto extra = Ref<clsCeldos>(dynamic_cast<clsCeldos*>(f->get_ExtendProperties().get()));
-    extra->Add(u"Mask", u"", exText, 0, -1, false, u"", u"", Variant(u"##-##"), kNone, kNone, kNone);
-    std::u16string mask = u"Mask";
-    EXPECT_EQ(f->XMLAttribute(encode, mask), u" Mask=\"##-##\"");
-    // A Null object field reads as a new collection: no value text to write, and no error.
-    const std::u16string text = field_of(exObject, u"Obj")->XMLAttribute(encode, all);
-    EXPECT_EQ(std::tuple(text.find(u" Value="), text.find(u" Name=\"Obj\"")), std::tuple(std::u16string::npos, size_t{0}));
-}
-
-TEST_F(Metadata, ParseReadsBackWhatXMLAttributeWrote) {
-    // Ó and € are outside the entity table, and U+1000's first byte is the code of "á".
-    f->let_Caption(u"Código Ó € \u1000 \"x\" <y> & z.");
-    for (std::u16string encode : {u"UTF-8", u"ISO-8859-1"}) {
-        std::u16string all;
-        std::u16string text = f->XMLAttribute(encode, all);
-        auto copy = field_of(exLong, u"Otro");
-        EXPECT_TRUE(copy->Parse(encode, text));
-        EXPECT_EQ(copy->get_Caption(), u"Código Ó € \u1000 \"x\" <y> & z.") << automation::utf16_to_utf8(encode);
-        EXPECT_EQ(props(*copy, "Name,DataType,Size,Required,Redondeo,Value,Position"), R"("Codigo"|1014|10|True|2|"AB/1"|-1)");
-    }
-}
-
-TEST_F(Metadata, ParseReadsALongTextWithoutAttributesInOnePass) {
+TEST(Parse, ReadsALongTextWithoutAttributesInOnePass) {
+    auto f = field_of(exText);
     std::u16string encode;
     // After the last attribute, two million characters with no "=": each one would otherwise
     // cost a search to the end.
