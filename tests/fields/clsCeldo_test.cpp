@@ -37,7 +37,8 @@ TEST(RowSource, HeadsBecomeTheColumnHeaderWhichIsTheReferenceTheHostSets) {
     f->let_RowSource(u"Codigo;Nombre");
     EXPECT_TRUE(f->get_GetRowSource().as_array().at(0, 0).is_empty());
     // A column without a head is numbered from 1.
-    EXPECT_EQ(names_of(*f->GetColumnHeader()), u"Codigo,Nombre,Celdo3");
+    std::u16string property, comma = u",";
+    EXPECT_EQ(f->GetColumnHeader()->ClipNames(property, comma), u"Codigo,Nombre,Celdo3");
     auto header = make_ref<clsCeldos>();
     f->set_ColumnHeader(header);
     EXPECT_EQ(f->GetColumnHeader().get(), header.get());
