@@ -1,5 +1,5 @@
-// The field object's collections and the row source's column header (its rules by member are
-// rows of field_rules.tsv).
+// The field where a row of field_rules.tsv cannot reach it: its collections, made on demand, and
+// CancelUpdate, which only the row gives by name.
 #include "tests/fields/field_support.hpp"
 
 #include "automation/lifetime.hpp"
@@ -30,18 +30,14 @@ TEST(FieldSubCollections, AreMadeOnceOnDemandAndKeepWhatWasSet) {
     EXPECT_TRUE(f->get_HasChildren()) << "HasChildren follows the children";
 }
 
-TEST(RowSource, HeadsBecomeTheColumnHeaderWhichIsTheReferenceTheHostSets) {
-    auto f = field_of(exText);
-    f->let_ColumnCount(3);
-    f->let_ColumnHeads(true);
-    f->let_RowSource(u"Codigo;Nombre");
-    EXPECT_TRUE(f->get_GetRowSource().as_array().at(0, 0).is_empty());
-    // A column without a head is numbered from 1.
-    std::u16string property, comma = u",";
-    EXPECT_EQ(f->GetColumnHeader()->ClipNames(property, comma), u"Codigo,Nombre,Celdo3");
-    auto header = make_ref<clsCeldos>();
-    f->set_ColumnHeader(header);
-    EXPECT_EQ(f->GetColumnHeader().get(), header.get());
+// CancelUpdate restores the old value without raising Chance.
+TEST(FieldValue, CancelUpdateRestoresQuietly) {
+    auto f = field_of(exLong);
+    ChangeCounter changes(*f);
+    f->let_Value(1);
+    f->let_Value(2);
+    f->cancel_update();
+    EXPECT_EQ(std::tuple(f->get_Value(), f->get_OldValue(), changes.count), std::tuple(Variant(1), Variant(1), 2));
 }
 
 }  // namespace

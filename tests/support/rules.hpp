@@ -57,7 +57,9 @@ public:
         if (!step.starts_with("Set ")) return run(subject, step);
         const size_t equals = step.find('=');
         const std::string_view name = step.substr(4, equals - 4), given = step.substr(equals + 1);
-        if (name.find('.') != std::string_view::npos) return run(subject, step.substr(4), automation::kSet);
+        // As in a class module, a name the subject has is its property.
+        if (name.find('.') != std::string_view::npos || subject.member_id(automation::utf8_to_utf16(name)))
+            return run(subject, step.substr(4), automation::kSet);
         Variant value = given.starts_with("New ") ? Variant(make_(given.substr(4)))
                         : literal(given)          ? value_of(given)
                                                   : run(subject, given);
