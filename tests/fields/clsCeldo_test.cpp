@@ -1,5 +1,5 @@
-// The field where a row of field_rules.tsv cannot reach it: its collections, made on demand, and
-// CancelUpdate, which only the row gives by name.
+// The field where a row of field_rules.tsv cannot reach it: its collections, made on demand,
+// CancelUpdate, which only the row gives by name, and Parse's pace on a long text.
 #include "tests/fields/field_support.hpp"
 
 #include "automation/lifetime.hpp"
@@ -38,6 +38,16 @@ TEST(FieldValue, CancelUpdateRestoresQuietly) {
     f->let_Value(2);
     f->cancel_update();
     EXPECT_EQ(std::tuple(f->get_Value(), f->get_OldValue(), changes.count), std::tuple(Variant(1), Variant(1), 2));
+}
+
+TEST(Parse, ReadsALongTextWithoutAttributesInOnePass) {
+    auto f = field_of(exText);
+    std::u16string encode;
+    // After the last attribute, two million characters with no "=": each one would otherwise
+    // cost a search to the end.
+    std::u16string text = u"Caption=\"fin\" " + std::u16string(2000000, u'y');
+    ASSERT_NO_THROW(EXPECT_TRUE(f->Parse(encode, text)));
+    EXPECT_EQ(f->get_Caption(), u"fin");
 }
 
 }  // namespace
