@@ -16,11 +16,6 @@ Ref<clsCeldo> load(std::u16string text, int32_t& position, std::u16string encode
     return f;
 }
 
-Ref<clsCeldo> load(std::u16string text, std::u16string encode = u"") {
-    int32_t position = 0;
-    return load(std::move(text), position, std::move(encode));
-}
-
 std::u16string value_of(const clsCeldo& f) { return automation::to_string(f.get_OriginalValue()); }
 
 std::string shape(const clsCeldo& f);
@@ -53,17 +48,6 @@ TEST(LoadElement, ReadsEveryNodeKindEntitiesAndEncodingsAndTakesTheLineEndAfterA
     position = 4;
     auto nothing = load(u"<A/>", position);
     EXPECT_EQ(std::tuple(nothing->get_NodeType(), value_of(*nothing), position), std::tuple(xntText, u"", 4));
-}
-
-TEST(LoadElement, ReplacesWhatTheFieldHeldButKeepsItsCollections) {
-    auto f = load(u"<A k=\"1\"><B>x</B></A>");
-    auto attributes = f->get_Attributes();
-    auto children = f->get_Children();
-    int32_t position = 0;
-    std::u16string encode, text = u"<Z>v</Z>";
-    f->LoadElement(encode, position, text);
-    EXPECT_EQ(std::tuple(f->get_Name(), value_of(*f), f->get_Attributes().get(), attributes->size(), children->size()),
-              std::tuple(u"Z", u"v", attributes.get(), size_t{0}, size_t{0}));
 }
 
 TEST(LoadElement, RefusesTreesDeeperThanTheWriterWrites) {
