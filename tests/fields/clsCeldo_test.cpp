@@ -1,5 +1,5 @@
-// The field object's collections and the row source's column header (its rules by member are
-// rows of field_rules.tsv).
+// The field where a row of field_rules.tsv cannot reach it: its collections, made on demand,
+// CancelUpdate, which only the row gives by name, and Parse's pace on a long text.
 #include "tests/fields/field_support.hpp"
 
 #include "automation/lifetime.hpp"
@@ -30,17 +30,24 @@ TEST(FieldSubCollections, AreMadeOnceOnDemandAndKeepWhatWasSet) {
     EXPECT_TRUE(f->get_HasChildren()) << "HasChildren follows the children";
 }
 
-TEST(RowSource, HeadsBecomeTheColumnHeaderWhichIsTheReferenceTheHostSets) {
+// CancelUpdate restores the old value without raising Chance.
+TEST(FieldValue, CancelUpdateRestoresQuietly) {
+    auto f = field_of(exLong);
+    ChangeCounter changes(*f);
+    f->let_Value(1);
+    f->let_Value(2);
+    f->cancel_update();
+    EXPECT_EQ(std::tuple(f->get_Value(), f->get_OldValue(), changes.count), std::tuple(Variant(1), Variant(1), 2));
+}
+
+TEST(Parse, ReadsALongTextWithoutAttributesInOnePass) {
     auto f = field_of(exText);
-    f->let_ColumnCount(3);
-    f->let_ColumnHeads(true);
-    f->let_RowSource(u"Codigo;Nombre");
-    EXPECT_TRUE(f->get_GetRowSource().as_array().at(0, 0).is_empty());
-    // A column without a head is numbered from 1.
-    EXPECT_EQ(names_of(*f->GetColumnHeader()), u"Codigo,Nombre,Celdo3");
-    auto header = make_ref<clsCeldos>();
-    f->set_ColumnHeader(header);
-    EXPECT_EQ(f->GetColumnHeader().get(), header.get());
+    std::u16string encode;
+    // After the last attribute, two million characters with no "=": each one would otherwise
+    // cost a search to the end.
+    std::u16string text = u"Caption=\"fin\" " + std::u16string(2000000, u'y');
+    ASSERT_NO_THROW(EXPECT_TRUE(f->Parse(encode, text)));
+    EXPECT_EQ(f->get_Caption(), u"fin");
 }
 
 }  // namespace
