@@ -8,6 +8,7 @@
 #include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/fake_host.hpp"
+#include "tests/support/rules.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::testing {
@@ -87,6 +88,35 @@ inline Variant matrix(std::vector<std::vector<Variant>> rows) {
     for (size_t r = 0; r < rows.size(); ++r)
         for (size_t c = 0; c < rows[r].size(); ++c) cells.at(static_cast<int32_t>(c), static_cast<int32_t>(r)) = rows[r][c];
     return cells;
+}
+
+// The cases of the fill tests, one table of rows for each, in service_cases.tsv.
+inline constexpr std::string_view kCases =
+#include "service_cases.inc"
+    ;
+
+// A cell of the table, or a data array written Array(a, b; c, d): two columns and two rows.
+inline Variant data(std::string_view text) {
+    if (!text.starts_with("Array(")) return value_of(text);
+    std::vector<std::vector<Variant>> rows;
+    for (std::string_view line : split_cells(text.substr(6, text.size() - 7), "; ")) {
+        rows.emplace_back();
+        for (std::string_view item : split_cells(line, ", ")) rows.back().push_back(value_of(item));
+    }
+    return matrix(rows);
+}
+
+// Calls `visit(where, cells)` for each row of `table` in service_cases.tsv, the table's name left
+// out of its cells; `where` names the row's line for failure messages.
+template <class F>
+void for_each_case(std::string_view table, F visit) {
+    int rows = 0;
+    for_each_row(kCases, "table\t", [&](int line, const std::vector<std::string_view>& row) {
+        if (row[0] != table) return;
+        ++rows;
+        visit("service_cases.tsv line " + std::to_string(line), std::vector(row.begin() + 1, row.end()));
+    });
+    EXPECT_GT(rows, 1) << table;
 }
 
 // A form control named `name` on `log`, bound through DataField and DataMember when given.
