@@ -49,24 +49,21 @@ TEST_F(ServiceFlexGrids, FlexGridHeaderLaysOutTextsCaptionsAndFieldsButLeavesWid
 }
 
 TEST_F(ServiceFlexGrids, FlexGridHeaderSizesColumnsByFieldType) {
-    const std::tuple<ExDataType, int32_t, std::u16string, std::string> cases[] = {
-        // type, size, format: the column's width, "top" when aligned to the top left
-        {exText, 40, u"", "4000 top"}, {exText, 10, u"", "1500"},  // 150 x size, capped
-        {exChar, 10, u"@@@@@@;x", "6"},                              // a first section's length, as twips
-        {exChar, 0, std::u16string(4000, u'@') + u";x", "4000"}, {exChar, 0, u"@;x", "1"},
-        {exLong, 0, u"#,##0.00", "880"}, {exDouble, 0, u"", "1100"}, {exCurrency, 0, std::u16string(20, u'0'), "1870"},
-        {exDate, 0, u"", "1000"}, {exTimeNumber, 0, u"", "1000"}, {exMemo, 0, u"", "1000"},
-        {exBoolean, 0, u"", "800"}, {exAutoNumeric, 0, u"", "1000"}, {exImagen, 0, u"", ""},
-    };
-    for (const auto& [type, size, format, width] : cases) {
+    // The width set for column 1, and " top" when it is aligned to the top left.
+    const auto width = [&](ExDataType type, int32_t size, const std::u16string& format) {
         auto fields = header({{u"F", type}});
         fields->at(0).let_Format(format);
         fields->at(0).let_Size(size);
         Control g = grid();
         s.FlexGridHeader(g, fields);
         const std::string set = fake(g).lines("Let ColWidth(1)");
-        EXPECT_EQ((set.empty() ? "" : set.substr(set.rfind(' ') + 1)) + (fake(g).count("ColAlignment(1) = 0") ? " top" : ""), width);
-    }
+        return (set.empty() ? "" : set.substr(set.rfind(' ') + 1)) + (fake(g).count("ColAlignment(1) = 0") ? " top" : "");
+    };
+    for_each_case("ColumnWidth", [&](const std::string& where, const auto& row) {
+        const auto type = static_cast<ExDataType>(data(row[0]).as_long());
+        EXPECT_EQ(width(type, number<int32_t>(row[1]), data(row[2]).as_string()), row[3]) << where;
+    });
+    EXPECT_EQ(width(exChar, 0, std::u16string(4000, u'@') + u";x"), "4000");
 }
 
 TEST_F(ServiceFlexGrids, FillFlexGridSetsOneTextMatrixPerCellBandsRowsAndReplacesNullsInTheCallersArray) {

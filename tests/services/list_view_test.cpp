@@ -8,26 +8,14 @@ using namespace testing;
 using ServiceListViews = Service;
 
 TEST_F(ServiceListViews, AddListItemCutsPiecesIntoTextSubItemsAndTag) {
-    const std::tuple<const char16_t*, const char16_t*, const char16_t*, int, int32_t, const char*> cases[] = {
-        // key, info, separator, columns, icon: the calls on the item
-        {u"12", u"a!b", u"!", 2, -1, R"(Add(Missing, "K12", "a"); Tag = "t"; SubItems(1) = "b")"},
-        {u"A12", u"a", u"!", 1, 0, R"(Add(Missing, "A12", "a"); Tag = "t"; Icon = 0)"},
-        {u"", u"a", u"!", 1, 2, R"(Add(Missing, Missing, "a"); Tag = "t"; Icon = 2)"},
-        // Pieces beyond the columns overwrite the tag; the piece's index is compared with the count.
-        {u"", u"a!b!c", u"!", 1, -1, R"(Add(Missing, Missing, "a"); Tag = "t"; SubItems(1) = "b"; Tag = "c")"},
-        {u"", u"a!b!c", u"!", 2, -1, R"(Add(Missing, Missing, "a"); Tag = "t"; SubItems(1) = "b"; SubItems(2) = "c")"},
-        // Only one character of a longer separator is skipped; empty pieces keep their place.
-        {u"", u"a!!b!", u"!!", 3, -1, R"(Add(Missing, Missing, "a"); Tag = "t"; SubItems(1) = "!b!")"},
-        {u"", u"a!!b", u"!", 3, -1, R"(Add(Missing, Missing, "a"); Tag = "t"; SubItems(1) = ""; SubItems(2) = "b")"},
-        {u"", u"", u"!", 3, -1, ""},
-        {u"", u"a!b", u"!", -1, -1, R"(Add(Missing, Missing, "a"); Tag = "t")"},  // an error ends the item quietly
-    };
-    for (const auto& [key, info, separator, columns, icon, expected] : cases) {
+    for_each_case("AddListItem", [&](const std::string& where, const auto& row) {
+        const int columns = number<int>(row[3]);
         Control view = list_view(columns);
         if (columns < 0) fake(view).kid("ColumnHeaders").on["Count"] = refuse;
-        s.AddListItem(view, key, icon, -1, info, separator, u"t");
-        EXPECT_EQ(writes(fake(view), "item"), expected) << automation::utf16_to_utf8(info);
-    }
+        const std::u16string key = data(row[0]).as_string(), info = data(row[1]).as_string();
+        s.AddListItem(view, key, number<int32_t>(row[4]), -1, info, data(row[2]).as_string(), u"t");
+        EXPECT_EQ(writes(fake(view), "item"), row[5]) << where;
+    });
 }
 
 TEST_F(ServiceListViews, FillListViewFromArraysInfoStringsAndRows) {

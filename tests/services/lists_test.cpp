@@ -133,16 +133,13 @@ TEST_F(ServiceHelpers, FindItemDataAndFindListIndexSelectTheFirstMatch) {
 }
 
 TEST_F(ServiceHelpers, IsControlWantsAKnownTypeNameAndTheMembersOfAControlOnAForm) {
-    const std::tuple<std::u16string, bool, bool> cases[] = {
-        {u"TextBox", true, true},   {u"txtFnd", true, true},    {u"Label", true, true},  {u"PictureBox", true, true},
-        {u"TextBox", false, false}, {u"ListView", true, false}, {u"textbox", true, false}};
-    for (const auto& [type, on_form, expected] : cases) {
-        auto control = make_ref<Fake>(type);
-        if (!on_form) control->absent.insert("Parent");
+    for_each_case("IsControl", [&](const std::string& where, const auto& row) {
+        auto control = make_ref<Fake>(data(row[0]).as_string());
+        if (!data(row[1]).as_bool()) control->absent.insert("Parent");
         Variant v = control;
-        EXPECT_EQ(s.IsControl(v), expected) << automation::utf16_to_utf8(type);
+        EXPECT_EQ(s.IsControl(v), data(row[2]).as_bool()) << where;
         EXPECT_TRUE(control->log->empty());  // asked about, never called
-    }
+    });
     for (Variant v : {Variant(), Variant(u"TextBox"), Variant::nothing()}) EXPECT_FALSE(s.IsControl(v));
 }
 
