@@ -62,26 +62,6 @@ inline std::string shown(const Control& lv, const std::string& collection) {
     return out;
 }
 
-struct FieldDef {
-    const char16_t* name;
-    fields::ExDataType type;
-    const char16_t* format = u"";
-    Variant value = {};
-};
-
-inline Fields header(std::initializer_list<FieldDef> defs) {
-    auto fields = make_ref<collections::clsCeldos>();
-    for (const FieldDef& s : defs) {
-        auto field = make_ref<fields::clsCeldo>();
-        field->let_Name(s.name);
-        field->let_DataType(s.type);
-        field->let_Format(s.format);
-        if (!s.value.is_empty()) field->let_Value(s.value);
-        fields->Append(field, Variant::missing(), Variant::missing(), u"");
-    }
-    return fields;
-}
-
 // A data array from rows of cells: matrix({{a, b}, {c, d}}) has two columns and two rows.
 inline Variant matrix(std::vector<std::vector<Variant>> rows) {
     auto cells = automation::Array::matrix(static_cast<int32_t>(rows.at(0).size()), static_cast<int32_t>(rows.size()));
@@ -95,11 +75,39 @@ inline constexpr std::string_view kCases =
 #include "service_cases.inc"
     ;
 
-// A cell of the table, or a data array written Array(a, b; c, d): two columns and two rows.
+// A header of fields written "Name exType "format" value; ...", each field's format and value
+// when given: header(R"(Id exLong; Price exDouble "0.00" Double 2.5)").
+inline Fields header(std::string_view list) {
+    auto fields = make_ref<collections::clsCeldos>();
+    for (std::string_view spec : split_cells(list, "; ")) {
+        if (spec.empty()) continue;
+        const std::vector<std::string_view> part = split_cells(spec, " ");
+        auto field = make_ref<fields::clsCeldo>();
+        field->let_Name(automation::utf8_to_utf16(part[0]));
+        field->let_DataType(static_cast<fields::ExDataType>(value_of(part[1]).as_long()));
+        if (part.size() > 2) field->let_Format(value_of(part[2]).as_string());
+        if (part.size() > 3) field->let_Value(value_of(spec.substr(static_cast<size_t>(part[3].data() - spec.data()))));
+        fields->Append(field, Variant::missing(), Variant::missing(), u"");
+    }
+    return fields;
+}
+
+// A table's header cell, Fields(...) around what header() reads, or Nothing.
+inline Fields fields_in(std::string_view cell) { return cell == "Nothing" ? Fields() : header(cell.substr(7, cell.size() - 8)); }
+
+// A cell of the table, a data array written Array(a, b; c, d) (two columns and two rows), a
+// collection of cells written Collection(a, b), or a header written Fields(...) as header() reads it.
 inline Variant data(std::string_view text) {
+    const std::string_view inside = text.substr(text.find('(') + 1, text.size() - text.find('(') - 2);
+    if (text.starts_with("Fields(")) return header(inside);
+    if (text.starts_with("Collection(")) {
+        std::vector<Variant> items;
+        for (std::string_view item : split_cells(inside, ", ")) items.push_back(data(item));
+        return collection(items);
+    }
     if (!text.starts_with("Array(")) return value_of(text);
     std::vector<std::vector<Variant>> rows;
-    for (std::string_view line : split_cells(text.substr(6, text.size() - 7), "; ")) {
+    for (std::string_view line : split_cells(inside, "; ")) {
         rows.emplace_back();
         for (std::string_view item : split_cells(line, ", ")) rows.back().push_back(value_of(item));
     }

@@ -29,7 +29,7 @@ std::string layout(ISService& s, const Variant& header, int32_t cols = 2) {
 }
 
 TEST_F(ServiceFlexGrids, FlexGridHeaderLaysOutTextsCaptionsAndFieldsButLeavesWideGridsAlone) {
-    auto fields = header({{u"Hidden", exLong}, {u"Help", exText}, {u"Long", exText}});
+    auto fields = header("Hidden exLong; Help exText; Long exText");
     fields->at(0).let_Visible(false);  // keeps its column's width, still takes its column
     fields->at(1).let_DisplayControl(exHelpButton);
     fields->at(2).let_Size(100);
@@ -51,7 +51,8 @@ TEST_F(ServiceFlexGrids, FlexGridHeaderLaysOutTextsCaptionsAndFieldsButLeavesWid
 TEST_F(ServiceFlexGrids, FlexGridHeaderSizesColumnsByFieldType) {
     // The width set for column 1, and " top" when it is aligned to the top left.
     const auto width = [&](ExDataType type, int32_t size, const std::u16string& format) {
-        auto fields = header({{u"F", type}});
+        auto fields = header("F exText");
+        fields->at(0).let_DataType(type);
         fields->at(0).let_Format(format);
         fields->at(0).let_Size(size);
         Control g = grid();
@@ -67,7 +68,7 @@ TEST_F(ServiceFlexGrids, FlexGridHeaderSizesColumnsByFieldType) {
 }
 
 TEST_F(ServiceFlexGrids, FillFlexGridSetsOneTextMatrixPerCellBandsRowsAndReplacesNullsInTheCallersArray) {
-    auto fields = header({{u"Price", exDouble, u"0.00"}, {u"Help", exText}});
+    auto fields = header(R"(Price exDouble "0.00"; Help exText)");
     fields->at(1).let_DisplayControl(exHelpButton);
     Variant data = matrix({{2.5, u"x"}, {1, Variant::null()}, {3, u"z"}});
     s.let_CellBackColor(123);
@@ -89,16 +90,16 @@ TEST_F(ServiceFlexGrids, FillFlexGridSetsOneTextMatrixPerCellBandsRowsAndReplace
 }
 
 TEST_F(ServiceFlexGrids, FillFlexGridFromTextsAndRowsUpToRow30000StoppingQuietlyAtAnError) {
-    auto fields = header({{u"A", exDouble, u"0.0"}, {u"B", exText}});
-    const auto row = header({{u"B", exText, u"", u"q"}, {u"A", exDouble, u"", 7}});
+    auto fields = header(R"(A exDouble "0.0"; B exText)");
+    const auto row = header(R"(B exText "" "q"; A exDouble "" Long 7)");
     auto rows = make_ref<collections::clsRegistro>();
     rows->Add(row, u"");
     auto cells = automation::Array::matrix(1, 40000);
     for (Variant& cell : cells.elements_mut()) cell = 1;
     const std::tuple<Variant, Fields, std::string> cases[] = {
         {u" 1 ; b ", fields, R"("1.0" "b")"}, {u"1,b", fields, R"("1.0" "b")"},
-        {rows, fields, R"("7.0" "q")"},        {rows, header({{u"A", exDouble, u"0.0"}}), R"("7.0")"},
-        {rows, header({}), R"("q" "7")"},      {rows, {}, R"("q" "7")"},
+        {rows, fields, R"("7.0" "q")"},        {rows, header(R"(A exDouble "0.0")"), R"("7.0")"},
+        {rows, header(""), R"("q" "7")"},      {rows, {}, R"("q" "7")"},
         // Rows past 30000 are counted but left empty.
         {cells, {}, "1 40001 rows filled to 30001"},
         {collection(std::vector<Variant>(30002, row)), fields, R"("7.0" "q" 30003 rows filled to 30001)"},
@@ -121,7 +122,7 @@ TEST_F(ServiceFlexGrids, FillFlexGridFromTextsAndRowsUpToRow30000StoppingQuietly
 }
 
 TEST_F(ServiceFlexGrids, ExecFillFlexGridFillsLaysOutTheHeaderWithoutRowsAndStopsOnFailure) {
-    const auto fields = header({{u"A", exText}}), layout = header({{u"Shown", exText}}), out = header({{u"Out", exLong}});
+    const auto fields = header("A exText"), layout = header("Shown exText"), out = header("Out exLong");
     const Variant x = matrix({{u"x"}});
     const std::tuple<bool, int32_t, Variant, int32_t, Fields, std::string> cases[] = {
         // connected, status, data, max rows, layout: Clear, FormatString and TextMatrix calls
@@ -150,7 +151,7 @@ TEST_F(ServiceFlexGrids, ExecFillFlexGridFillsLaysOutTheHeaderWithoutRowsAndStop
 }
 
 TEST_F(ServiceFlexGrids, RowsAreAddedRemovedUpdatedAndCopiedToTheClipboard) {
-    auto formats = header({{u"A", exDouble, u"0.00"}});
+    auto formats = header(R"(A exDouble "0.00")");
     Control g = grid();
     Fake& f = fake(g);
     f.props["Rows"] = 3;

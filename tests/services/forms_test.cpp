@@ -13,9 +13,8 @@ const Variant kAlta = automation::Date{45360};  // 9 March 2024
 
 // A customer row: Pais is a number chosen from a value list of two columns.
 Fields customer() {
-    Fields row = header({{u"Nombre", exText, u"", u"Ana"}, {u"Edad", exLong, u"", 30}, {u"Activo", exBoolean, u"", true},
-                         {u"Alta", exDate, u"", kAlta}, {u"Baja", exDate}, {u"Pais", exLong, u"", 2}, {u"Nota", exText},
-                         {u"Foto", exText}});
+    Fields row = header(R"(Nombre exText "" "Ana"; Edad exLong "" Long 30; Activo exBoolean "" Boolean True; )"
+                        R"(Alta exDate "" Date 2024-03-09; Baja exDate; Pais exLong "" Long 2; Nota exText; Foto exText)");
     item(*row, u"Nombre")->let_Size(40);
     item(*row, u"Nombre")->let_Caption(u"Nombre del cliente");
     item(*row, u"Pais")->let_RowSource(u"1;Uno;2;Dos");
@@ -99,10 +98,10 @@ TEST_F(ServiceForms, BindingByDataFieldNameGroupAndRefresh) {
     EXPECT_EQ(foo->lines("Let Text"), R"(txtFoo: Let Text = "30"; txtFoo: Let Text = "31")");
     // An empty row writes nothing and does not even look at the form; a row of one field does.
     log->clear();
-    Fields none = header({});
+    Fields none = header("");
     s.FillForm(frm, none, u"Cliente", false);
     EXPECT_TRUE(log->empty());
-    Fields one = header({{u"Edad", exLong, u"", 5}});
+    Fields one = header(R"(Edad exLong "" Long 5)");
     s.FillForm(frm, one, u"Cliente", false);
     EXPECT_EQ(foo->count("Let Text = \"5\""), 1);
 }
@@ -220,13 +219,13 @@ TEST_F(ServiceForms, EntriesMoveBetweenListViewsAndDataGrids) {
 
 TEST_F(ServiceForms, ExecFillGridLaysColumnsOutFromTheHeader) {
     const std::tuple<Fields, int32_t, std::string> cases[] = {
-        {header({{u"Id", exLong}, {u"Name", exText}}), 0,
+        {header("Id exLong; Name exText"), 0,
          R"(grid: Let Cols = 2; grid: Get Columns; cols: Get Item(0); c0: Let Caption = "Id"; c0: Let Width = 1680; )"
          R"(cols: Get Item(1); c1: Let Caption = "Name"; c1: Let Width = 0; grid: Call RemoveAll(); )"
          R"(grid: Let FieldSeparator = "!"; grid: Call AddItem("1!a"); grid: Call AddItem("2!"))"},
         // FillGrid: one separator-joined line per row, Null as the empty text.
         {{}, 0, R"(grid: Call RemoveAll(); grid: Let FieldSeparator = "!"; grid: Call AddItem("1!a"); grid: Call AddItem("2!"))"},
-        {header({{u"Id", exLong}}), -1, ""},
+        {header("Id exLong"), -1, ""},
     };
     for (const auto& [fields, status, expected] : cases) {
         auto grid = make_ref<Fake>(u"SSDBGrid", "grid");

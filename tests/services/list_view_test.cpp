@@ -19,9 +19,9 @@ TEST_F(ServiceListViews, AddListItemCutsPiecesIntoTextSubItemsAndTag) {
 }
 
 TEST_F(ServiceListViews, FillListViewFromArraysInfoStringsAndRows) {
-    const auto two = header({{u"Code", exLong, u"000"}, {u"Name", exText}});
-    const auto prices = header({{u"Id", exLong}, {u"Price", exDouble, u"0.00"}});
-    const Variant rows = collection({header({{u"Price", exDouble, u"", 2.5}, {u"Id", exLong, u"", 9}})});
+    const auto two = header(R"(Code exLong "000"; Name exText)");
+    const auto prices = header(R"(Id exLong; Price exDouble "0.00")");
+    const Variant rows = collection({header(R"(Price exDouble "" Double 2.5; Id exLong "" Long 9)")});
     const std::tuple<Variant, Fields, bool, std::string> cases[] = {
         // As many columns as fields: column c is described by field c + 1 (counted from 1); a
         // Null cell shows empty and the separator after the last piece is cut off.
@@ -32,8 +32,8 @@ TEST_F(ServiceListViews, FillListViewFromArraysInfoStringsAndRows) {
         // Info strings, keyed by their first piece.
         {collection({u"k1!uno!x", Variant::null()}), {}, false, "k1: k1|uno|x;  "}, {u"a!b", two, false, ""},
         // Rows of fields, looked up by the header's names or, without one, the row's own.
-        {rows, prices, false, "9|2.50"}, {rows, prices, true, "K9: 2.50"}, {rows, header({}), false, "2.5|9"},
-        {rows, header({{u"Price", exDouble, u"0.00"}}), true, "2.50"}, {rows, {}, false, "2.5|9"},
+        {rows, prices, false, "9|2.50"}, {rows, prices, true, "K9: 2.50"}, {rows, header(""), false, "2.5|9"},
+        {rows, header(R"(Price exDouble "0.00")"), true, "2.50"}, {rows, {}, false, "2.5|9"},
     };
     for (const auto& [data, fields, key, items] : cases) {
         Control view = list_view(3);
@@ -48,12 +48,12 @@ TEST_F(ServiceListViews, FillListViewFromArraysInfoStringsAndRows) {
 }
 
 TEST_F(ServiceListViews, ExecFillListViewFetchesByReferenceAndPreparesOnlyColumnsForMinusOneRows) {
-    const auto two = header({{u"Id", exLong}, {u"Name", exText}}), out = header({{u"Out", exLong}});
+    const auto two = header("Id exLong; Name exText"), out = header("Out exLong");
     const std::tuple<bool, int32_t, Fields, bool, int, std::string> cases[] = {
         // connected, max rows, header, key, the list's columns: its columns, then its items
         {true, 0, two, false, 0, "Id: Id/1680/0; Name: Name/4320/0 = 1|Ana"},  // a status < 0 is not looked at
         {true, -1, two, true, 0, "Name: Name/4320/0 = "}, {true, -1, two, false, 0, "Id: Id/1680/0; Name: Name/4320/0 = "},
-        {true, -1, header({{u"Id", exLong}}), true, 0, "Id: Id/6000/0 = "}, {true, -1, two, false, 1, "C = "},
+        {true, -1, header("Id exLong"), true, 0, "Id: Id/6000/0 = "}, {true, -1, two, false, 1, "C = "},
         {false, 0, two, false, 0, " = "}};
     for (auto [connected, max_rows, fields, key, columns, expected] : cases) {
         auto ex = data_access(connected, matrix({{1, u"Ana"}}), fields, -5, out);
@@ -68,7 +68,7 @@ TEST_F(ServiceListViews, ExecFillListViewFetchesByReferenceAndPreparesOnlyColumn
 }
 
 TEST_F(ServiceListViews, ListViewColumnHeadersFromTextOrFieldsWithTheWidthLeftOver) {
-    auto fields = header({{u"Id", exLong}, {u"Name", exText}, {u"Price", exDouble}});
+    auto fields = header("Id exLong; Name exText; Price exDouble");
     for (auto [i, width] : {std::pair{0, 1000}, {1, 500}, {2, 2000}}) fields->at(i).let_ColumnWidth(int16_t(width));
     auto other = make_ref<Fake>(u"ColumnHeader");  // another list's column
     other->props = {{"Caption", u"X"}, {"DefaultAlignment", 1}};
@@ -79,7 +79,7 @@ TEST_F(ServiceListViews, ListViewColumnHeadersFromTextOrFieldsWithTheWidthLeftOv
         {u"A,1000;B", false, "A/1000/0; B/5000/0", ""}, {u"A,7000;B", false, "A/7000/0; B/0/0", ""},
         {fields, false, "Id: Id/1000/0; Name: Name/500/0; Price: Price/4500/1", "item3: Let Width = 4500"},
         {fields, true, "Name: Name/500/0; Price: Price/5500/1", "item3: Let Width = 5500"},
-        {header({{u"Id", exLong}}), true, "Id: Id/6000/0", "item1: Let Width = 6000"}, {other, false, "X/6000/0", ""},
+        {header("Id exLong"), true, "Id: Id/6000/0", "item1: Let Width = 6000"}, {other, false, "X/6000/0", ""},
         {Variant(), false, "", ""},
     };
     for (auto [columns, key, expected, leftover] : cases) {

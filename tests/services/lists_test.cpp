@@ -30,7 +30,7 @@ TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
 // Lists and trees ask the data-access object in its short form: every argument by reference (the
 // double checks), the parameters last, after a missing argument, only when given, and handed back.
 TEST_F(ServiceLists, ExecFillListDBAndTreeViewAskInTheShortFormAndChooseTheFillByTypeName) {
-    const Fields in = header({{u"In", exLong}}), out = header({{u"Out", exLong}});
+    const Fields in = header("In exLong"), out = header("Out exLong");
     const std::tuple<const char16_t*, bool, int32_t, Fields, std::string, std::string> cases[] = {
         // the control's type, connected, status, parameters given: ExecFillArray's arguments after
         // the query ("out" when the parameters came back), then what the control was told

@@ -109,7 +109,7 @@ TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels
     auto grid = make_ref<Fake>(u"MSFlexGrid", "grid");
     grid->props = {{"FixedRows", 1}, {"FixedCols", 1}};
     Variant rows = matrix({{2, 1, u"b", Variant::null()}, {1, u"", u"a", 10}, {3, u"", u"c", 30}, {4, 2, u"d", 40}});
-    Fields described = header({{u"Name", exText}, {u"Amount", exLong, u"0.0"}});
+    Fields described = header(R"(Name exText; Amount exLong "0.0")");
     Control shown = grid;
     s.FillFlexGridTree(shown, rows, described);
     std::string cells;
@@ -125,7 +125,7 @@ TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels
 
     // From the data-access object: its header's key and parent fields are not shown columns.
     grid->log->clear();
-    const Fields answered = header({{u"Id", exLong}, {u"Parent", exLong}, {u"Name", exText}, {u"Amount", exLong, u"0.0"}});
+    const Fields answered = header(R"(Id exLong; Parent exLong; Name exText; Amount exLong "0.0")");
     data_access(true, matrix({{1, u"", u"a", 10}}), answered);
     Fields none;
     s.ExecFillFlexGridTree(shown, u"Select", exOpenStatic, none, nullptr);
