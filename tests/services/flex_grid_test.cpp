@@ -122,26 +122,21 @@ TEST_F(ServiceFlexGrids, FillFlexGridFromTextsAndRowsUpToRow30000StoppingQuietly
 }
 
 TEST_F(ServiceFlexGrids, ExecFillFlexGridFillsLaysOutTheHeaderWithoutRowsAndStopsOnFailure) {
-    const auto fields = header("A exText"), layout = header("Shown exText"), out = header("Out exLong");
-    const Variant x = matrix({{u"x"}});
-    const std::tuple<bool, int32_t, Variant, int32_t, Fields, std::string> cases[] = {
-        // connected, status, data, max rows, layout: Clear, FormatString and TextMatrix calls
-        {true, 0, x, 50, {}, "0 0 1"},  {true, 0, x, 50, layout, R"(0 1 1 "|Shown")"},
-        {true, 0, {}, 50, {}, R"(1 1 0 "|A")"}, {true, 0, x, -1, layout, R"(1 1 0 "|Shown")"},
-        {true, -1, x, 50, {}, "0 0 0"}, {false, 0, x, 50, {}, "0 0 0"},
-    };
-    for (const auto& [connected, status, data, max_rows, shown, expected] : cases) {
-        auto ex = data_access(connected, data, fields, status, out);
+    const auto out = header("Out exLong");
+    for_each_case("ExecFillFlexGrid", [&](const std::string& where, const auto& row) {
+        const bool connected = data(row[0]).as_bool();
+        const int32_t max_rows = number<int32_t>(row[3]);
+        auto ex = data_access(connected, data(row[2]), header("A exText"), number<int32_t>(row[1]), out);
         Control g = grid();
         Fields parameters;
-        s.ExecFillFlexGrid(g, u"Q", exOpenStatic, 3, parameters, max_rows, shown);
+        s.ExecFillFlexGrid(g, u"Q", exOpenStatic, 3, parameters, max_rows, fields_in(row[4]));
         auto& f = fake(g);
         EXPECT_EQ(std::to_string(f.count("Call Clear")) + " " + std::to_string(f.count("FormatString")) + " " +
                       std::to_string(f.count("TextMatrix")) + (f.props.count("FormatString") ? " " + render(f.props["FormatString"]) : ""),
-                  expected);
+                  row[5]) << where;
         const std::string fetched = R"(ex: Call ExecFillArray("Q", 5273, 0, Nothing, 3, Nothing, )" + std::to_string(max_rows) + ")";
-        EXPECT_EQ(ex->lines("ExecFillArray") + (parameters == out ? " out" : ""), connected ? fetched + " out" : "");
-    }
+        EXPECT_EQ(ex->lines("ExecFillArray") + (parameters == out ? " out" : ""), connected ? fetched + " out" : "") << where;
+    });
     // No rows and no header at all: the grid is only cleared, never left with Redraw off.
     data_access(true);
     Control bare = grid();

@@ -218,24 +218,15 @@ TEST_F(ServiceForms, EntriesMoveBetweenListViewsAndDataGrids) {
 }
 
 TEST_F(ServiceForms, ExecFillGridLaysColumnsOutFromTheHeader) {
-    const std::tuple<Fields, int32_t, std::string> cases[] = {
-        {header("Id exLong; Name exText"), 0,
-         R"(grid: Let Cols = 2; grid: Get Columns; cols: Get Item(0); c0: Let Caption = "Id"; c0: Let Width = 1680; )"
-         R"(cols: Get Item(1); c1: Let Caption = "Name"; c1: Let Width = 0; grid: Call RemoveAll(); )"
-         R"(grid: Let FieldSeparator = "!"; grid: Call AddItem("1!a"); grid: Call AddItem("2!"))"},
-        // FillGrid: one separator-joined line per row, Null as the empty text.
-        {{}, 0, R"(grid: Call RemoveAll(); grid: Let FieldSeparator = "!"; grid: Call AddItem("1!a"); grid: Call AddItem("2!"))"},
-        {header("Id exLong"), -1, ""},
-    };
-    for (const auto& [fields, status, expected] : cases) {
+    for_each_case("ExecFillGrid", [&](const std::string& where, const auto& row) {
         auto grid = make_ref<Fake>(u"SSDBGrid", "grid");
         Fake& columns = holder(*grid, "Columns", "cols", 0);
         for (const char* label : {"c0", "c1"}) add(columns, label);
-        data_access(true, matrix({{1, u"a"}, {2, Variant::null()}}), fields, status);
+        data_access(true, matrix({{1, u"a"}, {2, Variant::null()}}), fields_in(row[0]), number<int32_t>(row[1]));
         Fields parameters;
         s.ExecFillGrid(grid, u"Select", 0, 0, u"!", parameters);
-        EXPECT_EQ(grid->lines(), expected);
-    }
+        EXPECT_EQ(grid->lines(), row[2]) << where;
+    });
 }
 
 }  // namespace

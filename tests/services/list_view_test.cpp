@@ -19,52 +19,33 @@ TEST_F(ServiceListViews, AddListItemCutsPiecesIntoTextSubItemsAndTag) {
 }
 
 TEST_F(ServiceListViews, FillListViewFromArraysInfoStringsAndRows) {
-    const auto two = header(R"(Code exLong "000"; Name exText)");
-    const auto prices = header(R"(Id exLong; Price exDouble "0.00")");
-    const Variant rows = collection({header(R"(Price exDouble "" Double 2.5; Id exLong "" Long 9)")});
-    const std::tuple<Variant, Fields, bool, std::string> cases[] = {
-        // As many columns as fields: column c is described by field c + 1 (counted from 1); a
-        // Null cell shows empty and the separator after the last piece is cut off.
-        {matrix({{7, u"Ana"}, {12, Variant::null()}}), two, false, "007|Ana; 012"},
-        {matrix({{5, u"Ana"}}), two, true, "K5: Ana"}, {matrix({{5}}), two, true, "005"},
-        // More columns than fields: column c by field c, so the first has none and is lost.
-        {matrix({{1, 2, 3}}), two, false, "002|3"}, {matrix({{1, Variant::null(), 3}}), {}, false, "1||3"},
-        // Info strings, keyed by their first piece.
-        {collection({u"k1!uno!x", Variant::null()}), {}, false, "k1: k1|uno|x;  "}, {u"a!b", two, false, ""},
-        // Rows of fields, looked up by the header's names or, without one, the row's own.
-        {rows, prices, false, "9|2.50"}, {rows, prices, true, "K9: 2.50"}, {rows, header(""), false, "2.5|9"},
-        {rows, header(R"(Price exDouble "0.00")"), true, "2.50"}, {rows, {}, false, "2.5|9"},
-    };
-    for (const auto& [data, fields, key, items] : cases) {
+    for_each_case("FillListView", [&](const std::string& where, const auto& row) {
         Control view = list_view(3);
-        s.FillListView(view, 3, data, fields, u"!", key, false);
-        EXPECT_EQ(shown(view, "ListItems"), items);
-        EXPECT_EQ(fake(view).count("Let Icon = 3"), fake(view).count("Call Add"));
-        EXPECT_EQ(fake(view).count("items: Call Clear"), 1);
-    }
+        s.FillListView(view, 3, data(row[0]), fields_in(row[1]), u"!", data(row[2]).as_bool(), false);
+        EXPECT_EQ(Variant(automation::utf8_to_utf16(shown(view, "ListItems"))), data(row[3])) << where;
+        EXPECT_EQ(fake(view).count("Let Icon = 3"), fake(view).count("Call Add")) << where;
+        EXPECT_EQ(fake(view).count("items: Call Clear"), 1) << where;
+    });
     Control view = list_view();  // columns come from the header only for a list without any
-    s.FillListView(view, 0, matrix({{5, u"Ana"}}), two, u"!", true, true);  // a persistent list keeps its items
+    s.FillListView(view, 0, matrix({{5, u"Ana"}}), header(R"(Code exLong "000"; Name exText)"), u"!", true, true);  // a persistent list keeps its items
     EXPECT_EQ(fake(view).lines("Clear") + "; " + shown(view, "ColumnHeaders"), "headers: Call Clear(); Name: Name/6000/0");
 }
 
 TEST_F(ServiceListViews, ExecFillListViewFetchesByReferenceAndPreparesOnlyColumnsForMinusOneRows) {
-    const auto two = header("Id exLong; Name exText"), out = header("Out exLong");
-    const std::tuple<bool, int32_t, Fields, bool, int, std::string> cases[] = {
-        // connected, max rows, header, key, the list's columns: its columns, then its items
-        {true, 0, two, false, 0, "Id: Id/1680/0; Name: Name/4320/0 = 1|Ana"},  // a status < 0 is not looked at
-        {true, -1, two, true, 0, "Name: Name/4320/0 = "}, {true, -1, two, false, 0, "Id: Id/1680/0; Name: Name/4320/0 = "},
-        {true, -1, header("Id exLong"), true, 0, "Id: Id/6000/0 = "}, {true, -1, two, false, 1, "C = "},
-        {false, 0, two, false, 0, " = "}};
-    for (auto [connected, max_rows, fields, key, columns, expected] : cases) {
-        auto ex = data_access(connected, matrix({{1, u"Ana"}}), fields, -5, out);
-        Control lv = list_view(columns);
+    const auto out = header("Out exLong");
+    for_each_case("ExecFillListView", [&](const std::string& where, const auto& row) {
+        const bool connected = data(row[0]).as_bool();
+        int32_t max_rows = number<int32_t>(row[1]);
+        auto ex = data_access(connected, matrix({{1, u"Ana"}}), fields_in(row[2]), -5, out);
+        Control lv = list_view(number<int>(row[4]));
         Fields parameters;
         const std::string fetched = R"(ex: Call ExecFillArray("Q", 5273, 0, Nothing, 2, Nothing, )" + std::to_string(max_rows) + ")";
-        s.ExecFillListView(lv, 0, u"Q", fields::exOpenStatic, 2, u"!", parameters, max_rows, key, false);
-        EXPECT_EQ(ex->lines("ExecFillArray") + (parameters == out ? " out" : ""), connected ? fetched + " out" : "");
-        EXPECT_EQ(fake(lv).count("items: Call Clear"), connected);
-        EXPECT_EQ(shown(lv, "ColumnHeaders") + " = " + shown(lv, "ListItems"), expected);
-    }
+        s.ExecFillListView(lv, 0, u"Q", fields::exOpenStatic, 2, u"!", parameters, max_rows, data(row[3]).as_bool(), false);
+        EXPECT_EQ(ex->lines("ExecFillArray") + (parameters == out ? " out" : ""), connected ? fetched + " out" : "") << where;
+        EXPECT_EQ(fake(lv).count("items: Call Clear"), connected) << where;
+        const std::string columns_and_items = shown(lv, "ColumnHeaders") + " = " + shown(lv, "ListItems");
+        EXPECT_EQ(Variant(automation::utf8_to_utf16(columns_and_items)), data(row[5])) << where;
+    });
 }
 
 TEST_F(ServiceListViews, ListViewColumnHeadersFromTextOrFieldsWithTheWidthLeftOver) {
