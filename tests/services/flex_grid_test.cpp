@@ -33,19 +33,9 @@ TEST_F(ServiceFlexGrids, FlexGridHeaderLaysOutTextsCaptionsAndFieldsButLeavesWid
     fields->at(0).let_Visible(false);  // keeps its column's width, still takes its column
     fields->at(1).let_DisplayControl(exHelpButton);
     fields->at(2).let_Size(100);
-    const std::tuple<Variant, int32_t, std::string> cases[] = {
-        // header, the grid's columns: what it sets (captions cut at ";" first, else at ",")
-        {u"Code;Name", 2, R"(Cols = 3; FormatString = "|Code|Name"; WordWrap 2)"},
-        {u"A,B;C", 2, R"(Cols = 3; FormatString = "|A,B|C"; WordWrap 2)"},
-        {u"A,B", 3, R"(Cols = 3; FormatString = "|A|B"; WordWrap 2)"},
-        {u"Solo", 2, R"(Cols = 2; FormatString = "|Solo"; WordWrap 1)"},
-        {fields, 2, R"(Cols = 4; FormatString = "|Hidden|Help|Long"; ColWidth(2) = 315; ColWidth(3) = 4000; )"
-                    "ColAlignment(3) = 0; WordWrap 3"},
-        // Captions share the width equally: (6200 - 200 - 500) x 10 / 20.
-        {collection({u"A", u"B"}), 2, R"(Cols = 3; FormatString = "|A|B"; ColWidth(1) = 2750; ColWidth(2) = 2750; WordWrap 2)"},
-        {u"A;B", 4, "WordWrap 0"},  // more scrollable columns than the header describes: left alone
-    };
-    for (const auto& [text, cols, expected] : cases) EXPECT_EQ(layout(s, text, cols), expected);
+    for_each_case("GridHeader", [&](const std::string& where, const auto& row) {
+        EXPECT_EQ(layout(s, row[0] == "the fields" ? Variant(fields) : data(row[0]), number<int32_t>(row[1])), row[2]) << where;
+    });
 }
 
 TEST_F(ServiceFlexGrids, FlexGridHeaderSizesColumnsByFieldType) {

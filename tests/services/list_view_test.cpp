@@ -27,7 +27,8 @@ TEST_F(ServiceListViews, FillListViewFromArraysInfoStringsAndRows) {
         EXPECT_EQ(fake(view).count("items: Call Clear"), 1) << where;
     });
     Control view = list_view();  // columns come from the header only for a list without any
-    s.FillListView(view, 0, matrix({{5, u"Ana"}}), header(R"(Code exLong "000"; Name exText)"), u"!", true, true);  // a persistent list keeps its items
+    // A persistent list keeps its items.
+    s.FillListView(view, 0, matrix({{5, u"Ana"}}), header(R"(Code exLong "000"; Name exText)"), u"!", true, true);
     EXPECT_EQ(fake(view).lines("Clear") + "; " + shown(view, "ColumnHeaders"), "headers: Call Clear(); Name: Name/6000/0");
 }
 
@@ -53,22 +54,15 @@ TEST_F(ServiceListViews, ListViewColumnHeadersFromTextOrFieldsWithTheWidthLeftOv
     for (auto [i, width] : {std::pair{0, 1000}, {1, 500}, {2, 2000}}) fields->at(i).let_ColumnWidth(int16_t(width));
     auto other = make_ref<Fake>(u"ColumnHeader");  // another list's column
     other->props = {{"Caption", u"X"}, {"DefaultAlignment", 1}};
-    const std::tuple<Variant, bool, std::string, std::string> cases[] = {
-        // header, key: columns, then what the last one got (6000 to share; the first is left-aligned)
-        {u"A;B;C", false, "A/2000/0; B/2000/0; C/2000/0", ""},
-        {u"A,1000,2;B,500,2", false, "A/1000/0; B/5000/2", "item2: Let Width = 5000"},
-        {u"A,1000;B", false, "A/1000/0; B/5000/0", ""}, {u"A,7000;B", false, "A/7000/0; B/0/0", ""},
-        {fields, false, "Id: Id/1000/0; Name: Name/500/0; Price: Price/4500/1", "item3: Let Width = 4500"},
-        {fields, true, "Name: Name/500/0; Price: Price/5500/1", "item3: Let Width = 5500"},
-        {header("Id exLong"), true, "Id: Id/6000/0", "item1: Let Width = 6000"}, {other, false, "X/6000/0", ""},
-        {Variant(), false, "", ""},
-    };
-    for (auto [columns, key, expected, leftover] : cases) {
+    for_each_case("ColumnHeaders", [&](const std::string& where, const auto& row) {
+        Variant columns = row[0] == "the fields"              ? Variant(fields)
+                          : row[0] == "another list's column" ? Variant(other)
+                                                              : data(row[0]);
         Control view = list_view(2);
-        s.ListViewColumnHeaders(view, columns, key);
-        EXPECT_EQ(shown(view, "ColumnHeaders"), expected);
-        EXPECT_EQ(fake(view).lines("Let Width"), leftover);
-    }
+        s.ListViewColumnHeaders(view, columns, data(row[1]).as_bool());
+        EXPECT_EQ(shown(view, "ColumnHeaders"), row[2]) << where;
+        EXPECT_EQ(fake(view).lines("Let Width"), row[3]) << where;
+    });
 }
 
 TEST_F(ServiceListViews, ListViewColumnClickTogglesTheOrderAndSortsByTheClickedColumn) {

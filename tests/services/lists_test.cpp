@@ -30,35 +30,25 @@ TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
 // Lists and trees ask the data-access object in its short form: every argument by reference (the
 // double checks), the parameters last, after a missing argument, only when given, and handed back.
 TEST_F(ServiceLists, ExecFillListDBAndTreeViewAskInTheShortFormAndChooseTheFillByTypeName) {
-    const Fields in = header("In exLong"), out = header("Out exLong");
-    const std::tuple<const char16_t*, bool, int32_t, Fields, std::string, std::string> cases[] = {
-        // the control's type, connected, status, parameters given: ExecFillArray's arguments after
-        // the query ("out" when the parameters came back), then what the control was told
-        {u"ComboBox", true, 0, {}, "5273, 0, Object)", R"(Clear(); Clear(); AddItem("a"); ItemData(4) = 3)"},
-        {u"ComboBox", true, -1, in, "5273, 0, Object, Missing, Object) out", "Clear()"},
-        {u"icbo", true, 0, {}, "5273, 0, Object)", R"(Clear(); Clear(); Add(Missing, "K3", "a"); Tag = ""; Selected = True)"},
-        // A tree passes its own mode and no header, and asks nothing without a connection.
-        {u"TreeView", true, 0, in, "5271, 0, Nothing, Missing, Object) out",
-         R"(Clear(); Add(Missing, Missing, "K3", "a", Missing, Missing))"},
-        {u"TreeView", true, -1, {}, "5271, 0, Nothing)", ""},
-        {u"TreeView", false, 0, in, "", ""},
-    };
-    for (const auto& [type, connected, status, given, asked, told] : cases) {
-        const bool tree = std::u16string_view(type) == u"TreeView";
-        auto ex = data_access(connected, tree ? matrix({{3, u"", u"a"}}) : matrix({{3, u"a"}}), {}, status, out);
+    const Fields out = header("Out exLong");
+    for_each_case("ShortForm", [&](const std::string& where, const auto& row) {
+        const std::u16string type = automation::utf8_to_utf16(row[0]);
+        const bool tree = type == u"TreeView";
+        const Variant answer = tree ? matrix({{3, u"", u"a"}}) : matrix({{3, u"a"}});
+        auto ex = data_access(data(row[1]).as_bool(), answer, {}, number<int32_t>(row[2]), out);
         auto c = make_ref<Fake>(type, "c");
         c->props["NewIndex"] = 4;  // the item just added, wherever the list put it
         holder(*c, tree ? "Nodes" : "ComboItems", "items");
         Control control = c;
-        Fields parameters = given;
-        Variant listed = given ? Variant(Control(given)) : Variant::missing();
+        Fields parameters = fields_in(row[3]);
+        Variant listed = parameters ? Variant(Control(parameters)) : Variant::missing();
         if (tree) s.ExecFillTreeView(control, u"Q", exOpenKeyset, Variant::missing(), Variant::missing(), parameters);
         else s.ExecFillListDB(control, u"Q", listed);
         const bool back = parameters == out || (listed.is_object() && listed.as_object() == out.get());
-        EXPECT_EQ(ex->lines("ExecFillArray") + (back ? " out" : ""), asked.empty() ? "" : "ex: Call ExecFillArray(\"Q\", " + asked)
-            << render(type) << status;
-        EXPECT_EQ(writes(*c, ""), told) << render(type) << status;
-    }
+        const std::string asked = row[4].empty() ? "" : "ex: Call ExecFillArray(\"Q\", " + std::string(row[4]);
+        EXPECT_EQ(ex->lines("ExecFillArray") + (back ? " out" : ""), asked) << where;
+        EXPECT_EQ(writes(*c, ""), row[5]) << where;
+    });
 }
 
 TEST_F(ServiceLists, ImageCombosToolbarsAndButtonMenusTakeColumnsInTheirAddersOrder) {
