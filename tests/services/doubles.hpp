@@ -187,8 +187,7 @@ struct Service : ::testing::Test {
     // Gives the service a data-access object whose ExecFillArray, every argument by reference,
     // leaves `status`, and `header` and `parameters` when given, and answers `data`. Its log
     // shows what it was asked.
-    Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = {}, int32_t status = 0,
-                          Variant parameters = {}) {
+    Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = {}, int32_t status = 0, Variant parameters = {}) {
         auto ex = make_ref<Fake>(u"DataAccess", "ex");
         ex->props["HayConexion"] = connected;
         ex->on["ExecFillArray"] = [=](std::span<Argument> a) {

@@ -81,29 +81,25 @@ TEST_F(ServiceFlexGrids, FillFlexGridSetsOneTextMatrixPerCellBandsRowsAndReplace
 
 TEST_F(ServiceFlexGrids, FillFlexGridFromTextsAndRowsUpToRow30000StoppingQuietlyAtAnError) {
     auto fields = header(R"(A exDouble "0.0"; B exText)");
-    const auto row = header(R"(B exText "" "q"; A exDouble "" Long 7)");
+    const auto record = header(R"(B exText "" "q"; A exDouble "" Long 7)");
     auto rows = make_ref<collections::clsRegistro>();
-    rows->Add(row, u"");
+    rows->Add(record, u"");
     auto cells = automation::Array::matrix(1, 40000);
     for (Variant& cell : cells.elements_mut()) cell = 1;
-    const std::tuple<Variant, Fields, std::string> cases[] = {
-        {u" 1 ; b ", fields, R"("1.0" "b")"}, {u"1,b", fields, R"("1.0" "b")"},
-        {rows, fields, R"("7.0" "q")"},        {rows, header(R"(A exDouble "0.0")"), R"("7.0")"},
-        {rows, header(""), R"("q" "7")"},      {rows, {}, R"("q" "7")"},
-        // Rows past 30000 are counted but left empty.
-        {cells, {}, "1 40001 rows filled to 30001"},
-        {collection(std::vector<Variant>(30002, row)), fields, R"("7.0" "q" 30003 rows filled to 30001)"},
-    };
-    for (auto [data, head, expected] : cases) {
+    const std::map<std::string_view, Variant> named = {
+        {"the record", rows}, {"the 40000 cells", cells}, {"the 30002 rows", collection(std::vector<Variant>(30002, record))}};
+    for_each_case("FlexRows", [&](const std::string& where, const auto& row) {
+        Variant source = named.count(row[0]) ? named.at(row[0]) : data(row[0]);
+        Fields head = fields_in(row[1]);
         Control g = grid();
-        s.FillFlexGrid(g, data, head);
+        s.FillFlexGrid(g, source, head);
         auto& p = fake(g).props;
         std::string got = render(p["TextMatrix(1, 1)"]) + (p.count("TextMatrix(1, 2)") ? " " + render(p["TextMatrix(1, 2)"]) : "");
         if (p.count("TextMatrix(30001, 1)"))
             got += " " + render(p["Rows"]) + " rows filled to 3000" + (p.count("TextMatrix(30002, 1)") ? "2" : "1");
-        EXPECT_EQ(got, expected);
-        EXPECT_EQ(fake(g).log->back(), "grid: Let Redraw = True");
-    }
+        EXPECT_EQ(got, row[2]) << where;
+        EXPECT_EQ(fake(g).log->back(), "grid: Let Redraw = True") << where;
+    });
     Control refusing = grid();
     fake(refusing).on["TextMatrix"] = refuse;
     Variant data = matrix({{1}, {2}});

@@ -123,8 +123,8 @@ TEST_F(ServiceForms, FillCeldosFormReadsEachFamilyAndRaisesTheFieldsRefusalLast)
     Control frm = form({text, masked, check, picker, list, label, plain}, log);
     Fields row = customer();
     s.FillCeldosForm(frm, row, u"");
-    EXPECT_EQ(values(row, {u"Nombre", u"Edad", u"Activo", u"Pais", u"Nota"}),
-              "\"Luis\"45False1Empty");  // nor is a label
+    // A label is not read either: Nota stays Empty.
+    EXPECT_EQ(values(row, {u"Nombre", u"Edad", u"Activo", u"Pais", u"Nota"}), "\"Luis\"45False1Empty");
     EXPECT_EQ(values(row, {u"Alta"}), "\"3/9/2024\"");
 
     // A value the field refuses reaches the caller as the field's own error, after the rest.
