@@ -85,7 +85,7 @@ inline Fields header(std::string_view list) {
         auto field = make_ref<fields::clsCeldo>();
         field->let_Name(automation::utf8_to_utf16(part[0]));
         field->let_DataType(static_cast<fields::ExDataType>(value_of(part[1]).as_long()));
-        if (part.size() > 2) field->let_Format(value_of(part[2]).as_string());
+        field->let_Format(part.size() > 2 ? value_of(part[2]).as_string() : u"");
         if (part.size() > 3) field->let_Value(value_of(spec.substr(static_cast<size_t>(part[3].data() - spec.data()))));
         fields->Append(field, Variant::missing(), Variant::missing(), u"");
     }

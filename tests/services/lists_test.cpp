@@ -16,14 +16,15 @@ TEST_F(ServiceLists, FillListDBFromArraysQueriesAndValueLists) {
         data_access(true, data(row[1]), {}, number<int32_t>(row[2]));
         Variant rows = data(row[0]);
         s.FillListDB(list, rows);
-        std::u16string shown;
+        std::string shown;
         const int32_t count = automation::to_long(automation::get(*list, u"ListCount"));
         for (int32_t i = 0; i < count; ++i) {
             automation::let(*list, u"ListIndex", {i});
-            shown += (i ? u"; " : u"") + automation::to_string(automation::get(*list, u"Text")) + u"/";
-            shown += automation::to_string(automation::get(*list, u"ItemData", {i}));
+            shown += (i ? "; " : "") + render(automation::get(*list, u"Text")).substr(1);
+            shown.back() = '/';
+            shown += render(automation::get(*list, u"ItemData", {i}));
         }
-        EXPECT_EQ(Variant(shown), data(row[3])) << where;
+        EXPECT_EQ(shown, automation::utf16_to_utf8(data(row[3]).as_string())) << where;
     });
 }
 
