@@ -8,6 +8,7 @@
 #include "tests/collections/collection_support.hpp"
 #include "tests/fields/field_support.hpp"
 #include "tests/support/fake_host.hpp"
+#include "tests/support/rules.hpp"
 #include "tests/support/test_support.hpp"
 
 namespace celdo::testing {
@@ -61,32 +62,69 @@ inline std::string shown(const Control& lv, const std::string& collection) {
     return out;
 }
 
-struct FieldDef {
-    const char16_t* name;
-    fields::ExDataType type;
-    const char16_t* format = u"";
-    Variant value = {};
-};
-
-inline Fields header(std::initializer_list<FieldDef> defs) {
-    auto fields = make_ref<collections::clsCeldos>();
-    for (const FieldDef& s : defs) {
-        auto field = make_ref<fields::clsCeldo>();
-        field->let_Name(s.name);
-        field->let_DataType(s.type);
-        field->let_Format(s.format);
-        if (!s.value.is_empty()) field->let_Value(s.value);
-        fields->Append(field, Variant::missing(), Variant::missing(), u"");
-    }
-    return fields;
-}
-
 // A data array from rows of cells: matrix({{a, b}, {c, d}}) has two columns and two rows.
 inline Variant matrix(std::vector<std::vector<Variant>> rows) {
     auto cells = automation::Array::matrix(static_cast<int32_t>(rows.at(0).size()), static_cast<int32_t>(rows.size()));
     for (size_t r = 0; r < rows.size(); ++r)
         for (size_t c = 0; c < rows[r].size(); ++c) cells.at(static_cast<int32_t>(c), static_cast<int32_t>(r)) = rows[r][c];
     return cells;
+}
+
+// The cases of the fill tests, one table of rows for each, in service_cases.tsv.
+inline constexpr std::string_view kCases =
+#include "service_cases.inc"
+    ;
+
+// A header of fields written "Name exType "format" value; ...", each field's format and value
+// when given: header(R"(Id exLong; Price exDouble "0.00" Double 2.5)").
+inline Fields header(std::string_view list) {
+    auto fields = make_ref<collections::clsCeldos>();
+    for (std::string_view spec : split_cells(list, "; ")) {
+        if (spec.empty()) continue;
+        const std::vector<std::string_view> part = split_cells(spec, " ");
+        auto field = make_ref<fields::clsCeldo>();
+        field->let_Name(automation::utf8_to_utf16(part[0]));
+        field->let_DataType(static_cast<fields::ExDataType>(value_of(part[1]).as_long()));
+        field->let_Format(part.size() > 2 ? value_of(part[2]).as_string() : u"");
+        if (part.size() > 3) field->let_Value(value_of(spec.substr(static_cast<size_t>(part[3].data() - spec.data()))));
+        fields->Append(field, Variant::missing(), Variant::missing(), u"");
+    }
+    return fields;
+}
+
+// A table's header cell, Fields(...) around what header() reads, or Nothing.
+inline Fields fields_in(std::string_view cell) { return cell == "Nothing" ? Fields() : header(cell.substr(7, cell.size() - 8)); }
+
+// A cell of the table, a data array written Array(a, b; c, d) (two columns and two rows), a
+// collection of cells written Collection(a, b), or a header written Fields(...) as header() reads it.
+inline Variant data(std::string_view text) {
+    const std::string_view inside = text.substr(text.find('(') + 1, text.size() - text.find('(') - 2);
+    if (text.starts_with("Fields(")) return header(inside);
+    if (text.starts_with("Collection(")) {
+        std::vector<Variant> items;
+        for (std::string_view item : split_cells(inside, ", ")) items.push_back(data(item));
+        return collection(items);
+    }
+    if (!text.starts_with("Array(")) return value_of(text);
+    std::vector<std::vector<Variant>> rows;
+    for (std::string_view line : split_cells(inside, "; ")) {
+        rows.emplace_back();
+        for (std::string_view item : split_cells(line, ", ")) rows.back().push_back(value_of(item));
+    }
+    return matrix(rows);
+}
+
+// Calls `visit(where, cells)` for each row of `table` in service_cases.tsv, the table's name left
+// out of its cells; `where` names the row's line for failure messages.
+template <class F>
+void for_each_case(std::string_view table, F visit) {
+    int rows = 0;
+    for_each_row(kCases, "table\t", [&](int line, const std::vector<std::string_view>& row) {
+        if (row[0] != table) return;
+        ++rows;
+        visit("service_cases.tsv line " + std::to_string(line), std::vector(row.begin() + 1, row.end()));
+    });
+    EXPECT_GT(rows, 1) << table;
 }
 
 // A form control named `name` on `log`, bound through DataField and DataMember when given.
@@ -149,8 +187,7 @@ struct Service : ::testing::Test {
     // Gives the service a data-access object whose ExecFillArray, every argument by reference,
     // leaves `status`, and `header` and `parameters` when given, and answers `data`. Its log
     // shows what it was asked.
-    Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = {}, int32_t status = 0,
-                          Variant parameters = {}) {
+    Ref<Fake> data_access(bool connected, Variant data = {}, Fields header = {}, int32_t status = 0, Variant parameters = {}) {
         auto ex = make_ref<Fake>(u"DataAccess", "ex");
         ex->props["HayConexion"] = connected;
         ex->on["ExecFillArray"] = [=](std::span<Argument> a) {

@@ -29,48 +29,36 @@ std::string layout(ISService& s, const Variant& header, int32_t cols = 2) {
 }
 
 TEST_F(ServiceFlexGrids, FlexGridHeaderLaysOutTextsCaptionsAndFieldsButLeavesWideGridsAlone) {
-    auto fields = header({{u"Hidden", exLong}, {u"Help", exText}, {u"Long", exText}});
+    auto fields = header("Hidden exLong; Help exText; Long exText");
     fields->at(0).let_Visible(false);  // keeps its column's width, still takes its column
     fields->at(1).let_DisplayControl(exHelpButton);
     fields->at(2).let_Size(100);
-    const std::tuple<Variant, int32_t, std::string> cases[] = {
-        // header, the grid's columns: what it sets (captions cut at ";" first, else at ",")
-        {u"Code;Name", 2, R"(Cols = 3; FormatString = "|Code|Name"; WordWrap 2)"},
-        {u"A,B;C", 2, R"(Cols = 3; FormatString = "|A,B|C"; WordWrap 2)"},
-        {u"A,B", 3, R"(Cols = 3; FormatString = "|A|B"; WordWrap 2)"},
-        {u"Solo", 2, R"(Cols = 2; FormatString = "|Solo"; WordWrap 1)"},
-        {fields, 2, R"(Cols = 4; FormatString = "|Hidden|Help|Long"; ColWidth(2) = 315; ColWidth(3) = 4000; )"
-                    "ColAlignment(3) = 0; WordWrap 3"},
-        // Captions share the width equally: (6200 - 200 - 500) x 10 / 20.
-        {collection({u"A", u"B"}), 2, R"(Cols = 3; FormatString = "|A|B"; ColWidth(1) = 2750; ColWidth(2) = 2750; WordWrap 2)"},
-        {u"A;B", 4, "WordWrap 0"},  // more scrollable columns than the header describes: left alone
-    };
-    for (const auto& [text, cols, expected] : cases) EXPECT_EQ(layout(s, text, cols), expected);
+    for_each_case("GridHeader", [&](const std::string& where, const auto& row) {
+        EXPECT_EQ(layout(s, row[0] == "the fields" ? Variant(fields) : data(row[0]), number<int32_t>(row[1])), row[2]) << where;
+    });
 }
 
 TEST_F(ServiceFlexGrids, FlexGridHeaderSizesColumnsByFieldType) {
-    const std::tuple<ExDataType, int32_t, std::u16string, std::string> cases[] = {
-        // type, size, format: the column's width, "top" when aligned to the top left
-        {exText, 40, u"", "4000 top"}, {exText, 10, u"", "1500"},  // 150 x size, capped
-        {exChar, 10, u"@@@@@@;x", "6"},                              // a first section's length, as twips
-        {exChar, 0, std::u16string(4000, u'@') + u";x", "4000"}, {exChar, 0, u"@;x", "1"},
-        {exLong, 0, u"#,##0.00", "880"}, {exDouble, 0, u"", "1100"}, {exCurrency, 0, std::u16string(20, u'0'), "1870"},
-        {exDate, 0, u"", "1000"}, {exTimeNumber, 0, u"", "1000"}, {exMemo, 0, u"", "1000"},
-        {exBoolean, 0, u"", "800"}, {exAutoNumeric, 0, u"", "1000"}, {exImagen, 0, u"", ""},
-    };
-    for (const auto& [type, size, format, width] : cases) {
-        auto fields = header({{u"F", type}});
+    // The width set for column 1, and " top" when it is aligned to the top left.
+    const auto width = [&](ExDataType type, int32_t size, const std::u16string& format) {
+        auto fields = header("F exText");
+        fields->at(0).let_DataType(type);
         fields->at(0).let_Format(format);
         fields->at(0).let_Size(size);
         Control g = grid();
         s.FlexGridHeader(g, fields);
         const std::string set = fake(g).lines("Let ColWidth(1)");
-        EXPECT_EQ((set.empty() ? "" : set.substr(set.rfind(' ') + 1)) + (fake(g).count("ColAlignment(1) = 0") ? " top" : ""), width);
-    }
+        return (set.empty() ? "" : set.substr(set.rfind(' ') + 1)) + (fake(g).count("ColAlignment(1) = 0") ? " top" : "");
+    };
+    for_each_case("ColumnWidth", [&](const std::string& where, const auto& row) {
+        const auto type = static_cast<ExDataType>(data(row[0]).as_long());
+        EXPECT_EQ(width(type, number<int32_t>(row[1]), data(row[2]).as_string()), row[3]) << where;
+    });
+    EXPECT_EQ(width(exChar, 0, std::u16string(4000, u'@') + u";x"), "4000");
 }
 
 TEST_F(ServiceFlexGrids, FillFlexGridSetsOneTextMatrixPerCellBandsRowsAndReplacesNullsInTheCallersArray) {
-    auto fields = header({{u"Price", exDouble, u"0.00"}, {u"Help", exText}});
+    auto fields = header(R"(Price exDouble "0.00"; Help exText)");
     fields->at(1).let_DisplayControl(exHelpButton);
     Variant data = matrix({{2.5, u"x"}, {1, Variant::null()}, {3, u"z"}});
     s.let_CellBackColor(123);
@@ -92,30 +80,26 @@ TEST_F(ServiceFlexGrids, FillFlexGridSetsOneTextMatrixPerCellBandsRowsAndReplace
 }
 
 TEST_F(ServiceFlexGrids, FillFlexGridFromTextsAndRowsUpToRow30000StoppingQuietlyAtAnError) {
-    auto fields = header({{u"A", exDouble, u"0.0"}, {u"B", exText}});
-    const auto row = header({{u"B", exText, u"", u"q"}, {u"A", exDouble, u"", 7}});
+    auto fields = header(R"(A exDouble "0.0"; B exText)");
+    const auto record = header(R"(B exText "" "q"; A exDouble "" Long 7)");
     auto rows = make_ref<collections::clsRegistro>();
-    rows->Add(row, u"");
+    rows->Add(record, u"");
     auto cells = automation::Array::matrix(1, 40000);
     for (Variant& cell : cells.elements_mut()) cell = 1;
-    const std::tuple<Variant, Fields, std::string> cases[] = {
-        {u" 1 ; b ", fields, R"("1.0" "b")"}, {u"1,b", fields, R"("1.0" "b")"},
-        {rows, fields, R"("7.0" "q")"},        {rows, header({{u"A", exDouble, u"0.0"}}), R"("7.0")"},
-        {rows, header({}), R"("q" "7")"},      {rows, {}, R"("q" "7")"},
-        // Rows past 30000 are counted but left empty.
-        {cells, {}, "1 40001 rows filled to 30001"},
-        {collection(std::vector<Variant>(30002, row)), fields, R"("7.0" "q" 30003 rows filled to 30001)"},
-    };
-    for (auto [data, head, expected] : cases) {
+    const std::map<std::string_view, Variant> named = {
+        {"the record", rows}, {"the 40000 cells", cells}, {"the 30002 rows", collection(std::vector<Variant>(30002, record))}};
+    for_each_case("FlexRows", [&](const std::string& where, const auto& row) {
+        Variant source = named.count(row[0]) ? named.at(row[0]) : data(row[0]);
+        Fields head = fields_in(row[1]);
         Control g = grid();
-        s.FillFlexGrid(g, data, head);
+        s.FillFlexGrid(g, source, head);
         auto& p = fake(g).props;
         std::string got = render(p["TextMatrix(1, 1)"]) + (p.count("TextMatrix(1, 2)") ? " " + render(p["TextMatrix(1, 2)"]) : "");
         if (p.count("TextMatrix(30001, 1)"))
             got += " " + render(p["Rows"]) + " rows filled to 3000" + (p.count("TextMatrix(30002, 1)") ? "2" : "1");
-        EXPECT_EQ(got, expected);
-        EXPECT_EQ(fake(g).log->back(), "grid: Let Redraw = True");
-    }
+        EXPECT_EQ(got, row[2]) << where;
+        EXPECT_EQ(fake(g).log->back(), "grid: Let Redraw = True") << where;
+    });
     Control refusing = grid();
     fake(refusing).on["TextMatrix"] = refuse;
     Variant data = matrix({{1}, {2}});
@@ -124,26 +108,21 @@ TEST_F(ServiceFlexGrids, FillFlexGridFromTextsAndRowsUpToRow30000StoppingQuietly
 }
 
 TEST_F(ServiceFlexGrids, ExecFillFlexGridFillsLaysOutTheHeaderWithoutRowsAndStopsOnFailure) {
-    const auto fields = header({{u"A", exText}}), layout = header({{u"Shown", exText}}), out = header({{u"Out", exLong}});
-    const Variant x = matrix({{u"x"}});
-    const std::tuple<bool, int32_t, Variant, int32_t, Fields, std::string> cases[] = {
-        // connected, status, data, max rows, layout: Clear, FormatString and TextMatrix calls
-        {true, 0, x, 50, {}, "0 0 1"},  {true, 0, x, 50, layout, R"(0 1 1 "|Shown")"},
-        {true, 0, {}, 50, {}, R"(1 1 0 "|A")"}, {true, 0, x, -1, layout, R"(1 1 0 "|Shown")"},
-        {true, -1, x, 50, {}, "0 0 0"}, {false, 0, x, 50, {}, "0 0 0"},
-    };
-    for (const auto& [connected, status, data, max_rows, shown, expected] : cases) {
-        auto ex = data_access(connected, data, fields, status, out);
+    const auto out = header("Out exLong");
+    for_each_case("ExecFillFlexGrid", [&](const std::string& where, const auto& row) {
+        const bool connected = data(row[0]).as_bool();
+        const int32_t max_rows = number<int32_t>(row[3]);
+        auto ex = data_access(connected, data(row[2]), header("A exText"), number<int32_t>(row[1]), out);
         Control g = grid();
         Fields parameters;
-        s.ExecFillFlexGrid(g, u"Q", exOpenStatic, 3, parameters, max_rows, shown);
+        s.ExecFillFlexGrid(g, u"Q", exOpenStatic, 3, parameters, max_rows, fields_in(row[4]));
         auto& f = fake(g);
         EXPECT_EQ(std::to_string(f.count("Call Clear")) + " " + std::to_string(f.count("FormatString")) + " " +
                       std::to_string(f.count("TextMatrix")) + (f.props.count("FormatString") ? " " + render(f.props["FormatString"]) : ""),
-                  expected);
+                  row[5]) << where;
         const std::string fetched = R"(ex: Call ExecFillArray("Q", 5273, 0, Nothing, 3, Nothing, )" + std::to_string(max_rows) + ")";
-        EXPECT_EQ(ex->lines("ExecFillArray") + (parameters == out ? " out" : ""), connected ? fetched + " out" : "");
-    }
+        EXPECT_EQ(ex->lines("ExecFillArray") + (parameters == out ? " out" : ""), connected ? fetched + " out" : "") << where;
+    });
     // No rows and no header at all: the grid is only cleared, never left with Redraw off.
     data_access(true);
     Control bare = grid();
@@ -153,7 +132,7 @@ TEST_F(ServiceFlexGrids, ExecFillFlexGridFillsLaysOutTheHeaderWithoutRowsAndStop
 }
 
 TEST_F(ServiceFlexGrids, RowsAreAddedRemovedUpdatedAndCopiedToTheClipboard) {
-    auto formats = header({{u"A", exDouble, u"0.00"}});
+    auto formats = header(R"(A exDouble "0.00")");
     Control g = grid();
     Fake& f = fake(g);
     f.props["Rows"] = 3;

@@ -29,26 +29,14 @@ struct TreeDouble {
 };
 
 TEST_F(ServiceTrees, RowsArePlacedParentFirstWhateverTheirOrder) {
-    using Rows = std::vector<std::vector<Variant>>;
-    const std::tuple<Rows, const char16_t*, std::string> cases[] = {
-        // rows (key, parent, text), parent handed in: the nodes added
-        {{{2, 1, u"b"}, {1, u"", u"a"}, {3, 2, u"c"}}, u"", "K1 K2<K1 K3<K2"},
-        {{{1, u"", u"a"}, {3, 1, u"c"}, {2, 1, u"b"}}, u"", "K1 K3<K1 K2<K1"},  // siblings in data order
-        {{{1, 9, u"a"}, {u"A", u"", u"x"}}, u"", "K1 A"},                       // an orphan is a root
-        {{{1, u"", u"a"}, {1, u"", u"b"}, {2, 1, u"c"}}, u"", "K1 K2<K1"},       // a repeated key: the first
-        {{{1, 2, u"a"}, {2, 1, u"b"}, {3, u"", u"c"}}, u"", "K3 K1 K2<K1"},      // a cycle, broken at its first row
-        {{{5, 2, u"e"}, {1, 2, u"a"}, {2, 1, u"b"}}, u"", "K1 K2<K1 K5<K2"},    // a row under a cycle stays under it
-        {{{1, 1, u"a"}}, u"", "K1"},                                             // its own parent
-        {{{u"", u"", u"x"}, {Variant::null(), u"", u"y"}, {1, u"", u"a"}}, u"", "K1"},  // no key: left out
-        {{{1, u"P", u"a"}, {2, u"", u"b"}, {3, 1, u"c"}}, u"P", "K1<P K3<K1 K2<P"},     // a branch under P
-    };
-    for (const auto& [rows, parent, expected] : cases) {
+    for_each_case("ParentFirst", [&](const std::string& where, const auto& row) {
         TreeDouble t;
         Control tree = t.tree;
-        s.FillTreeView(tree, matrix(rows), Variant::missing(), Variant::missing(), parent);
-        EXPECT_EQ(t.added, expected) << expected;
-        EXPECT_EQ(t.tree->count("nodes: Call Clear()"), *parent ? 0 : 1);
-    }
+        const std::u16string parent = data(row[1]).as_string();
+        s.FillTreeView(tree, data(row[0]), Variant::missing(), Variant::missing(), parent);
+        EXPECT_EQ(t.added, row[2]) << where;
+        EXPECT_EQ(t.tree->count("nodes: Call Clear()"), parent.empty() ? 1 : 0) << where;
+    });
 }
 
 TEST_F(ServiceTrees, ARefusedNodeTakesItsDescendantsImagesFallBackAndTagsAreSet) {
@@ -121,7 +109,7 @@ TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels
     auto grid = make_ref<Fake>(u"MSFlexGrid", "grid");
     grid->props = {{"FixedRows", 1}, {"FixedCols", 1}};
     Variant rows = matrix({{2, 1, u"b", Variant::null()}, {1, u"", u"a", 10}, {3, u"", u"c", 30}, {4, 2, u"d", 40}});
-    Fields described = header({{u"Name", exText}, {u"Amount", exLong, u"0.0"}});
+    Fields described = header(R"(Name exText; Amount exLong "0.0")");
     Control shown = grid;
     s.FillFlexGridTree(shown, rows, described);
     std::string cells;
@@ -137,7 +125,7 @@ TEST_F(ServiceTrees, TheFlexGridOutlineIndentsHidesDeeperRowsAndKeepsTheirLevels
 
     // From the data-access object: its header's key and parent fields are not shown columns.
     grid->log->clear();
-    const Fields answered = header({{u"Id", exLong}, {u"Parent", exLong}, {u"Name", exText}, {u"Amount", exLong, u"0.0"}});
+    const Fields answered = header(R"(Id exLong; Parent exLong; Name exText; Amount exLong "0.0")");
     data_access(true, matrix({{1, u"", u"a", 10}}), answered);
     Fields none;
     s.ExecFillFlexGridTree(shown, u"Select", exOpenStatic, none, nullptr);
