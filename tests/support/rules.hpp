@@ -30,6 +30,15 @@ inline std::string error_text(const automation::AutomationError& e) {
     return "error " + std::to_string(e.number()) + " " + automation::utf16_to_utf8(e.source() + u": " + e.description());
 }
 
+// A cell, Missing, Nothing, or an enumeration's member by name, as a Long.
+inline Variant value_of(std::string_view text) {
+    if (text == "Missing") return Variant::missing();
+    if (text == "Nothing") return Variant::nothing();
+    const std::string member = "\n    " + std::string(text) + " = ";
+    const size_t at = kConstants.find(member);
+    return at == std::string_view::npos ? cell(text, u".") : Variant(number<int32_t>(kConstants.substr(at + member.size())));
+}
+
 // Makes the object a row names with New.
 using Maker = automation::Ref<automation::Object> (*)(std::string_view class_name);
 
@@ -40,14 +49,10 @@ class RowRun {
 public:
     explicit RowRun(Maker make) : make_(make) {}
 
-    // A cell, Missing, Nothing, a kept name, or an enumeration's member by name, as a Long.
+    // A kept name's value, or the value a cell writes.
     Variant value_of(std::string_view text) const {
-        if (text == "Missing") return Variant::missing();
-        if (text == "Nothing") return Variant::nothing();
-        if (const auto kept = names_.find(text); kept != names_.end()) return kept->second;
-        const std::string member = "\n    " + std::string(text) + " = ";
-        const size_t at = kConstants.find(member);
-        return at == std::string_view::npos ? cell(text, u".") : Variant(number<int32_t>(kConstants.substr(at + member.size())));
+        const auto kept = names_.find(text);
+        return kept != names_.end() ? kept->second : testing::value_of(text);
     }
 
     // Set X=value keeps a value, Set A.B=value sets an object property; Name=value assigns,
