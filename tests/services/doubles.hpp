@@ -79,14 +79,14 @@ inline constexpr std::string_view kCases =
 // when given: header(R"(Id exLong; Price exDouble "0.00" Double 2.5)").
 inline Fields header(std::string_view list) {
     auto fields = make_ref<collections::clsCeldos>();
-    for (std::string_view spec : split_cells(list, "; ")) {
-        if (spec.empty()) continue;
-        const std::vector<std::string_view> part = split_cells(spec, " ");
+    for (std::string_view written : split_cells(list, "; ")) {
+        if (written.empty()) continue;
+        const std::vector<std::string_view> part = split_cells(written, " ");
         auto field = make_ref<fields::clsCeldo>();
         field->let_Name(automation::utf8_to_utf16(part[0]));
         field->let_DataType(static_cast<fields::ExDataType>(value_of(part[1]).as_long()));
         field->let_Format(part.size() > 2 ? value_of(part[2]).as_string() : u"");
-        if (part.size() > 3) field->let_Value(value_of(spec.substr(static_cast<size_t>(part[3].data() - spec.data()))));
+        if (part.size() > 3) field->let_Value(value_of(written.substr(static_cast<size_t>(part[3].data() - written.data()))));
         fields->Append(field, Variant::missing(), Variant::missing(), u"");
     }
     return fields;
