@@ -62,14 +62,6 @@ inline std::string shown(const Control& lv, const std::string& collection) {
     return out;
 }
 
-// A data array from rows of cells: matrix({{a, b}, {c, d}}) has two columns and two rows.
-inline Variant matrix(std::vector<std::vector<Variant>> rows) {
-    auto cells = automation::Array::matrix(static_cast<int32_t>(rows.at(0).size()), static_cast<int32_t>(rows.size()));
-    for (size_t r = 0; r < rows.size(); ++r)
-        for (size_t c = 0; c < rows[r].size(); ++c) cells.at(static_cast<int32_t>(c), static_cast<int32_t>(r)) = rows[r][c];
-    return cells;
-}
-
 // The cases of the fill tests, one table of rows for each, in service_cases.tsv.
 inline constexpr std::string_view kCases =
 #include "service_cases.inc"
@@ -95,23 +87,15 @@ inline Fields header(std::string_view list) {
 // A table's header cell, Fields(...) around what header() reads, or Nothing.
 inline Fields fields_in(std::string_view cell) { return cell == "Nothing" ? Fields() : header(cell.substr(7, cell.size() - 8)); }
 
-// A cell of the table, a data array written Array(a, b; c, d) (two columns and two rows), a
-// collection of cells written Collection(a, b), or a header written Fields(...) as header() reads it.
+// A cell of the table (a data array among them, Array(a, b; c, d) with two columns and two rows),
+// a collection of cells written Collection(a, b), or a header written Fields(...) as header() reads it.
 inline Variant data(std::string_view text) {
     const std::string_view inside = text.substr(text.find('(') + 1, text.size() - text.find('(') - 2);
     if (text.starts_with("Fields(")) return header(inside);
-    if (text.starts_with("Collection(")) {
-        std::vector<Variant> items;
-        for (std::string_view item : split_cells(inside, ", ")) items.push_back(data(item));
-        return collection(items);
-    }
-    if (!text.starts_with("Array(")) return value_of(text);
-    std::vector<std::vector<Variant>> rows;
-    for (std::string_view line : split_cells(inside, "; ")) {
-        rows.emplace_back();
-        for (std::string_view item : split_cells(line, ", ")) rows.back().push_back(value_of(item));
-    }
-    return matrix(rows);
+    if (!text.starts_with("Collection(")) return value_of(text);
+    std::vector<Variant> items;
+    for (std::string_view item : split_cells(inside, ", ")) items.push_back(data(item));
+    return collection(items);
 }
 
 // Calls `visit(where, cells)` for each row of `table` in service_cases.tsv, the table's name left

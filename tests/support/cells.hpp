@@ -52,9 +52,39 @@ inline std::u16string text_of(std::string_view quoted, std::u16string_view point
     return out;
 }
 
-// A quoted text, Empty, Null, or "Type value"; dates as yyyy-mm-dd, *-mm-dd (this year),
-// hh:mm:ss (day zero), a date and a time, or a serial.
+// The cells of a line, split at `separator` outside quoted text.
+inline std::vector<std::string_view> split_cells(std::string_view line, std::string_view separator) {
+    std::vector<std::string_view> cells;
+    bool quoted = false;
+    size_t start = 0;
+    for (size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"' && (i == 0 || line[i - 1] != '\\')) quoted = !quoted;
+        else if (!quoted && line.substr(i, separator.size()) == separator)
+            cells.push_back(line.substr(start, i - start)), start = i + separator.size(), i = start - 1;
+    }
+    cells.push_back(line.substr(start));
+    return cells;
+}
+
+// A data array from rows of cells: matrix({{a, b}, {c, d}}) has two columns and two rows.
+inline Variant matrix(std::vector<std::vector<Variant>> rows) {
+    auto cells = automation::Array::matrix(static_cast<int32_t>(rows.at(0).size()), static_cast<int32_t>(rows.size()));
+    for (size_t r = 0; r < rows.size(); ++r)
+        for (size_t c = 0; c < rows[r].size(); ++c) cells.at(static_cast<int32_t>(c), static_cast<int32_t>(r)) = rows[r][c];
+    return cells;
+}
+
+// A quoted text, Empty, Null, "Type value", or a data array written as typed() writes it; dates
+// as yyyy-mm-dd, *-mm-dd (this year), hh:mm:ss (day zero), a date and a time, or a serial.
 inline Variant cell(std::string_view text, std::u16string_view point) {
+    if (text.starts_with("Array(")) {
+        std::vector<std::vector<Variant>> rows;
+        for (std::string_view line : split_cells(text.substr(6, text.size() - 7), "; ")) {
+            rows.emplace_back();
+            for (std::string_view one : split_cells(line, ", ")) rows.back().push_back(cell(one, point));
+        }
+        return matrix(std::move(rows));
+    }
     if (text.front() == '"') return Variant(text_of(text, point));
     if (text == "Empty" || text == "Null") return text == "Null" ? Variant::null() : Variant();
     const std::string_view type = text.substr(0, text.find(' ')), value = text.substr(type.size() + 1);
@@ -76,20 +106,6 @@ inline Variant cell(std::string_view text, std::u16string_view point) {
     if (when[2] == ':') std::sscanf(when.c_str(), "%d:%d:%d", &h, &n, &s);
     else std::sscanf(when.c_str(), "%d-%d-%d %d:%d:%d", &y, &m, &d, &h, &n, &s);
     return Variant(*automation::make_date(y, m, d, h, n, s));
-}
-
-// The cells of a line, split at `separator` outside quoted text.
-inline std::vector<std::string_view> split_cells(std::string_view line, std::string_view separator) {
-    std::vector<std::string_view> cells;
-    bool quoted = false;
-    size_t start = 0;
-    for (size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '"' && (i == 0 || line[i - 1] != '\\')) quoted = !quoted;
-        else if (!quoted && line.substr(i, separator.size()) == separator)
-            cells.push_back(line.substr(start, i - start)), start = i + separator.size(), i = start - 1;
-    }
-    cells.push_back(line.substr(start));
-    return cells;
 }
 
 // Calls `visit(line_number, cells)` for each row of a tab-separated table, past blank lines,

@@ -1,8 +1,8 @@
 #pragma once
-// The runner of the rule tables (field_rules.tsv, collection_rules.tsv, probe_rules.tsv): each
-// row's steps are given to a new object by member name, as a host's late-bound calls give them,
-// and its reads are compared with what the row expects. The tables' first lines say how a row
-// is written.
+// The runner of the rule tables (field_rules.tsv, collection_rules.tsv, probe_rules.tsv,
+// service_helpers.tsv): each row's steps are given to a new object by member name, as a host's
+// late-bound calls give them, and its reads are compared with what the row expects. The tables'
+// first lines say how a row is written.
 
 #include <gtest/gtest.h>
 
@@ -88,8 +88,7 @@ private:
             if (quoted) continue;
             depth += c == '(' ? 1 : c == ')' ? -1 : 0;
             if (depth || c != '.') continue;
-            const Variant on = names_.contains(step.substr(0, equals)) ? value_of(step.substr(0, equals))
-                                                                        : run(object, step.substr(0, equals));
+            const Variant on = run(object, step.substr(0, equals));  // a kept name gives its value
             if (!on.is_object() || !on.as_object()) throw automation::AutomationError(424, u"table", u"Object required");
             return run(*on.as_object(), step.substr(equals + 1), assign);
         }
@@ -104,8 +103,9 @@ private:
         if (const std::string_view inside = open == std::string_view::npos ? "" : target.substr(open + 1, target.size() - open - 2);
             !inside.empty())
             for (std::string_view arg : split_cells(inside, ", ")) {
-                passed.push_back(names_.contains(arg) ? arg : "");
-                args.push_back({value_of(arg), names_.contains(arg)});
+                const bool kept = names_.contains(arg);
+                passed.push_back(kept ? arg : "");
+                args.push_back({value_of(arg), kept});
             }
         if (equals < step.size()) {
             args.push_back({value_of(step.substr(equals + 1))});
@@ -155,7 +155,7 @@ void expect_every_row(std::string_view table, Prepare prepare = [](Subject&) {},
             }
         }
         for (std::string_view answer : split_cells(row[3], " | "))
-            expected += (answer.starts_with("error ") || answer.starts_with("Object ") || answer.starts_with("Array(")
+            expected += (answer.starts_with("error ") || answer.starts_with("Object ")
                              ? std::string(answer)
                              : typed(calls.value_of(answer))) + " | ";
         EXPECT_EQ(got, expected) << "line " << line_number << ": " << row[0];
