@@ -2,10 +2,10 @@
 // that host code was written for, letter for letter and value for value, the library's
 // identity, the help strings and the service's fixed dispatch ids.
 #include <map>
-#include <sstream>
 #include <string_view>
 
 #include "tests/com/com_test.hpp"
+#include "tests/support/cells.hpp"
 
 namespace celdo::testing {
 namespace {
@@ -18,12 +18,9 @@ constexpr std::string_view kEnumerations =
 // The table's rows: each enumeration with its members as "name=value name=value ...".
 std::map<std::wstring, std::wstring> published() {
     std::map<std::wstring, std::wstring> rows;
-    std::istringstream in{std::string(kEnumerations)};
-    for (std::string line; std::getline(in, line);) {
-        const size_t tab = line.find('\t');
-        if (!line.starts_with('#') && !line.starts_with("enumeration\t") && tab != std::string::npos)
-            rows[std::wstring(line.begin(), line.begin() + tab)] = std::wstring(line.begin() + tab + 1, line.end());
-    }
+    for_each_row(kEnumerations, "enumeration\t", [&](int, const std::vector<std::string_view>& row) {
+        rows[std::wstring(row.at(0).begin(), row.at(0).end())] = std::wstring(row.at(1).begin(), row.at(1).end());
+    });
     return rows;
 }
 
